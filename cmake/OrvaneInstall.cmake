@@ -1,0 +1,19 @@
+# Installation: the shared library, its headers, a CMake package and a pkg-config file.
+include(CMakePackageConfigHelpers)
+
+set(ORVANE_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Orvane)
+
+install(TARGETS orvane EXPORT OrvaneTargets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(DIRECTORY include/orvane DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
+install(EXPORT OrvaneTargets NAMESPACE Orvane:: DESTINATION ${ORVANE_CMAKE_DIR})
+
+configure_package_config_file(cmake/OrvaneConfig.cmake.in OrvaneConfig.cmake
+    INSTALL_DESTINATION ${ORVANE_CMAKE_DIR})
+write_basic_package_version_file(OrvaneConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/OrvaneConfig.cmake ${PROJECT_BINARY_DIR}/OrvaneConfigVersion.cmake
+    DESTINATION ${ORVANE_CMAKE_DIR})
+
+configure_file(cmake/orvane.pc.in orvane.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/orvane.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,28 @@
+// The one drawer for everything that differs between systems and processors. The exported half, the critical
+// section record, is in <orvane/Platform.h>.
+#pragma once
+
+#include <cstddef>
+
+namespace Orvane {
+
+/// Memory at a multiple of `alignment` (a power of two), or null. Requests of two MiB and more are aligned to
+/// two MiB and offered to the system as huge pages, which makes the first touch of a fresh segment far
+/// cheaper.
+void* AllocateAligned(std::size_t size, std::size_t alignment);
+void FreeAligned(void* p);
+
+/// The processor's feature leaf (CPUID with EAX = 1, ECX = 0); zeros on processors without it.
+struct FeatureLeaf {
+    unsigned Ecx = 0;
+    unsigned Edx = 0;
+};
+FeatureLeaf ReadFeatureLeaf();
+
+/// The local time of day in calendar fields: full year, month and day from 1.
+struct LocalTime {
+    int Year, Month, Day, Hour, Minute, Second;
+};
+LocalTime ReadLocalTime();
+
+}  // namespace Orvane

@@ -1,0 +1,28 @@
+// Running a test once per instruction set that this machine offers.
+#pragma once
+
+#include <vector>
+
+#include "foundation/instruction_set.h"
+
+namespace Orvane::Testing {
+
+/// Baseline and everything wider that this machine offers.
+inline std::vector<InstructionSet> AvailableInstructionSets() {
+    std::vector<InstructionSet> sets;
+    for (int set = 0; set <= static_cast<int>(BestInstructionSet()); ++set) {
+        sets.push_back(static_cast<InstructionSet>(set));
+    }
+    return sets;
+}
+
+/// Forces an instruction set until the end of the scope.
+class ScopedInstructionSet {
+public:
+    explicit ScopedInstructionSet(InstructionSet set) { SetActiveInstructionSet(set); }
+    ScopedInstructionSet(const ScopedInstructionSet&) = delete;
+    ScopedInstructionSet& operator=(const ScopedInstructionSet&) = delete;
+    ~ScopedInstructionSet() { SetActiveInstructionSet(BestInstructionSet()); }
+};
+
+}  // namespace Orvane::Testing
