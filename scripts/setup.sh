@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that building and testing need, and only those that are missing.
+# Usage: scripts/setup.sh [--lint]   (--lint adds the formatter and the linter)
+set -euo pipefail
+
+packages=(g++ cmake ninja-build pkg-config libgtest-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev)
+if [ "${1:-}" = "--lint" ]; then packages+=(clang-format clang-tidy libomp-dev); fi
+
+if ! command -v dpkg-query >/dev/null; then
+    echo "Not a Debian system: please provide the equivalents of ${packages[*]}" >&2
+    exit 0
+fi
+
+missing=()
+for package in "${packages[@]}"; do
+    if [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
+        missing+=("$package")
+    fi
+done
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+echo "Installing ${missing[*]}"
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then as_root=(sudo); fi
+"${as_root[@]}" apt-get update -qq
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
