@@ -4,11 +4,10 @@
 // `initialise` is given a new, zeroed record and takes its storage.
 #pragma once
 
-#include <utility>
 #include <vector>
 
 #include "foundation/throw.h"
-#include "operations/owned_section.h"
+#include "operations/section_vectors.h"
 
 namespace Orvane {
 
@@ -31,22 +30,13 @@ void EnsureIndex(std::vector<Section*>& sections, Section* section) {
     if (!RenumberSections(sections, section)) ThrowInvalidParameter("The section object is not in vector.");
 }
 
-/// The section at `position`, emptied; made and appended when the vector ends there.
+/// The section at `position`, emptied; made and appended when the vector ends there. Its `Index` stays.
 template <class Section, class Initialise>
-Section* EmptySectionAt(std::vector<Section*>& sections, std::size_t position, Initialise initialise) {
-    if (position < sections.size()) {
-        sections[position]->ClearData();
-        return sections[position];
-    }
-    OwnedSection<Section> section(new Section);
-    initialise(*section);
-    return Append(sections, std::move(section));
-}
-
-/// The first section, emptied, with the `Index` that it had.
-template <class Section, class Initialise>
-Section* FirstSection(std::vector<Section*>& sections, Initialise initialise) {
-    return EmptySectionAt(sections, 0, initialise);
+Section* EmptySectionAt(std::vector<Section*>& sections, int position, Initialise initialise) {
+    const auto at = static_cast<std::size_t>(position);
+    if (at >= sections.size()) return AppendNew(sections, initialise);
+    sections[at]->ClearData();
+    return sections[at];
 }
 
 /// The section behind `current`, emptied and numbered. Throws InvalidParameterException* when `current` is
@@ -55,7 +45,7 @@ template <class Section, class Initialise>
 Section* SectionBehind(std::vector<Section*>& sections, Section* current, Initialise initialise) {
     EnsureIndex(sections, current);
     const int next = current->Index + 1;
-    Section* section = EmptySectionAt(sections, static_cast<std::size_t>(next), initialise);
+    Section* section = EmptySectionAt(sections, next, initialise);
     section->Index = next;
     return section;
 }
@@ -64,7 +54,7 @@ Section* SectionBehind(std::vector<Section*>& sections, Section* current, Initia
 template <class Section, class Initialise>
 Section* NextSection(std::vector<Section*>& sections, Section* current, Initialise initialise) {
     if (current != nullptr) return SectionBehind(sections, current, initialise);
-    Section* first = FirstSection(sections, initialise);
+    Section* first = EmptySectionAt(sections, 0, initialise);
     first->Index = 0;
     return first;
 }
