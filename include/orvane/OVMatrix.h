@@ -93,6 +93,8 @@ public:
     OVMatrix Invert() const;
 
 private:
+    int Size() const;
+    void Resize(int rows, int columns);
     OVMatrix Block(int row, int column, int rows, int columns) const;
     double DeterminantOf3() const;
     double DeterminantByBlocks() const;
