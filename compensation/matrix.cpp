@@ -37,14 +37,18 @@ double PowerOfTen(int exponent) {
 
 OVMatrix::OVMatrix() = default;
 
-OVMatrix::OVMatrix(int rows, int columns)
-    : rows_(rows), columns_(columns), data_(NewElements(rows, columns)) {}
+OVMatrix::OVMatrix(int rows, int columns) {
+    Resize(rows, columns);
+}
 
-OVMatrix::OVMatrix(double* values, int rows, int columns) : OVMatrix(rows, columns) {
+OVMatrix::OVMatrix(double* values, int rows, int columns) {
+    Resize(rows, columns);
     std::copy_n(values, Size(), data_.get());
 }
 
-OVMatrix::OVMatrix(const OVMatrix& other) : OVMatrix(other.data_.get(), other.rows_, other.columns_) {}
+OVMatrix::OVMatrix(const OVMatrix& other) {
+    Copy(other);
+}
 
 OVMatrix::OVMatrix(OVMatrix&& other) noexcept
     : rows_(std::exchange(other.rows_, 0)),
@@ -141,7 +145,9 @@ OVMatrix OVMatrix::Transpose() const {
 OVMatrix OVMatrix::Block(int row, int column, int rows, int columns) const {
     OVMatrix block(rows, columns);
     for (int i = 0; i < rows; ++i) {
-        std::copy_n(data_.get() + (row + i) * columns_ + column, columns, block.data_.get() + i * columns);
+        for (int j = 0; j < columns; ++j) {
+            block.SetValue(i, j, GetValue(row + i, column + j));
+        }
     }
     return block;
 }

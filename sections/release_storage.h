@@ -1,0 +1,17 @@
+// How the records with one piece of storage give it back.
+#pragma once
+
+#include <utility>
+
+namespace Orvane {
+
+/// Clears the header, then returns the storage, if any: releasing again is harmless, also when the pool
+/// refuses.
+template <class Section, class Storage, class Free>
+void ReleaseStorage(Section& section, Storage*& storage, Free free) {
+    Storage* released = std::exchange(storage, nullptr);
+    section.Init();
+    if (released != nullptr) free(released);
+}
+
+}  // namespace Orvane
