@@ -15,5 +15,8 @@ write_basic_package_version_file(OrvaneConfigVersion.cmake COMPATIBILITY SameMaj
 install(FILES ${PROJECT_BINARY_DIR}/OrvaneConfig.cmake ${PROJECT_BINARY_DIR}/OrvaneConfigVersion.cmake
     DESTINATION ${ORVANE_CMAKE_DIR})
 
+# Paths from the file itself, so that the installed tree may be moved and the library may lie deeper than lib/.
+file(RELATIVE_PATH ORVANE_INCLUDE_FROM_PC
+    ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 configure_file(cmake/orvane.pc.in orvane.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/orvane.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,31 @@
+# Compares the symbols that LIBRARY exports with the names that the headers in HEADERS mark with ORVANE_API.
+cmake_minimum_required(VERSION 3.25)
+
+file(GLOB headers ${HEADERS}/*.h)
+foreach(header IN LISTS headers)
+    file(STRINGS ${header} declarations REGEX "ORVANE_API [A-Za-z]")
+    foreach(declaration IN LISTS declarations)
+        # A class, or else a function, whose name stands before its parameters.
+        string(REGEX MATCH "(class|struct) ORVANE_API ([A-Za-z0-9_]+)" known "${declaration}")
+        if(NOT known)
+            string(REGEX MATCH "^ORVANE_API (.*[ *&])([A-Za-z0-9_]+)\\(" known "${declaration}")
+        endif()
+        list(APPEND marked ${CMAKE_MATCH_2})
+    endforeach()
+endforeach()
+
+execute_process(COMMAND ${NM} -DC --defined-only ${LIBRARY} OUTPUT_VARIABLE table COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX REPLACE "[][;]" "_" table "${table}")
+string(REGEX REPLACE "\n" ";" table "${table}")
+foreach(line IN LISTS table)
+    string(REGEX MATCH
+        "^[0-9a-f]+ . (typeinfo for |typeinfo name for |vtable for )?Orvane::([A-Za-z0-9_]+)" known "${line}")
+    if(known AND CMAKE_MATCH_2 IN_LIST marked)
+        list(APPEND exported ${CMAKE_MATCH_2})
+    elseif(line)
+        message(SEND_ERROR "Exported, but not part of the surface: ${line}")
+    endif()
+endforeach()
+if(NOT exported)
+    message(SEND_ERROR "${LIBRARY} exports nothing")
+endif()

@@ -1,0 +1,187 @@
+// The order of the virtual operations is part of the surface that hosts are compiled against.
+//
+// In the Itanium C++ ABI a pointer to a virtual member function holds the offset of the function in the table
+// of virtual functions, so the order can be read off without calling anything.
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstring>
+#include <numeric>
+#include <vector>
+
+#include <orvane/OVCountSection.h>
+#include <orvane/OVEventSection.h>
+#include <orvane/OVFCSWriteRead.h>
+#include <orvane/OVFilterSection.h>
+#include <orvane/OVMemoryAligned.h>
+#include <orvane/OVModelSection.h>
+#include <orvane/OVSegmentSection.h>
+#include <orvane/OVSignalSection.h>
+#include <orvane/SectionUtility.h>
+
+namespace Orvane {
+namespace {
+
+#if defined(_MSC_VER)
+
+TEST(SlotOrder, IsTheStatedOne) {
+    GTEST_SKIP() << "pointers to member functions do not show their slot in this ABI";
+}
+
+#else
+
+/// The position in the table of virtual functions; -1 for a function that is not virtual. The mark of a
+/// virtual one is the lowest bit of the first word on x86 and of the second on ARM.
+template <class Member>
+int TableIndex(Member member) {
+    std::ptrdiff_t words[2];
+    static_assert(sizeof(words) == sizeof(member));
+    std::memcpy(words, &member, sizeof(words));
+    if (((words[0] | words[1]) & 1) == 0) return -1;
+    return static_cast<int>((words[0] & ~std::ptrdiff_t{1}) / static_cast<std::ptrdiff_t>(sizeof(void*)));
+}
+
+/// Picks the overload with exactly these parameters.
+template <class... Parameters>
+struct Taking {
+    template <class Result, class Class>
+    static auto Of(Result (Class::*member)(Parameters...)) {
+        return member;
+    }
+};
+
+/// What would come behind the last operation.
+template <class Interface>
+struct Extended : Interface {
+    virtual void Behind() = 0;
+};
+
+/// Expects the members, and no others, from table position `first` on.
+template <class Interface, class... Members>
+void ExpectTable(int first, Members... members) {
+    const std::vector<int> positions{TableIndex(members)..., TableIndex(&Extended<Interface>::Behind)};
+    std::vector<int> expected(positions.size());
+    std::iota(expected.begin(), expected.end(), first);
+    EXPECT_EQ(positions, expected);
+}
+
+/// The destructor, slot 0, takes two table positions.
+template <class Interface, class... Members>
+void ExpectSlotsFromOne(Members... members) {
+    ExpectTable<Interface>(2, members...);
+}
+
+using Counts = std::vector<CountSection*>;
+using Events = std::vector<EventSection*>;
+using Filters = std::vector<FilterSection*>;
+using Models = std::vector<ModelSection*>;
+using Segments = std::vector<SegmentSection*>;
+using Signals = std::vector<SignalSection*>;
+using Flags = std::vector<bool>;
+using Ints = std::vector<int>;
+
+TEST(SlotOrder, Allocator) {
+    ExpectTable<OVMemoryAligned>(0, &OVMemoryAligned::Malloc, &OVMemoryAligned::Free);
+}
+
+TEST(SlotOrder, SectionUtility) {
+    using I = ISectionUtility;
+    ExpectSlotsFromOne<I>(&I::FillSection, &I::FillSectionArray,
+                          Taking<SignalSection*, float&, float&>::Of(&I::FindSectionMaxAndMin),
+                          Taking<Signals&, float&, float&>::Of(&I::FindSectionMaxAndMin), &I::ConvertSection,
+                          &I::ConvertSectionArray, &I::SectionArrayStatisticsMean,
+                          &I::SectionArrayStatisticsSD, &I::SectionArrayConvertModelSection);
+}
+
+TEST(SlotOrder, EventSection) {
+    using I = IOVEventSection;
+    ExpectSlotsFromOne<I>(
+        &I::ReleaseVectorSectionCompensation, Taking<Events&, Ints&>::Of(&I::ReleaseVectorSection),
+        Taking<Events&>::Of(&I::ReleaseVectorSection), Taking<Events&, Events&>::Of(&I::ReleaseVectorSection),
+        &I::ReleaseVectorSectionShare, &I::GetVectorSignalSection, &I::SynchronousEventSectionCompensation,
+        Taking<Events&, Events&, int>::Of(&I::AppendEventSection),
+        Taking<Events&, Events&>::Of(&I::AppendEventSection),
+        Taking<Events&, Events&, Events&, Flags&, int>::Of(&I::AppendEventSectionCompensation),
+        Taking<Events&, Events&, Events&, Flags&>::Of(&I::AppendEventSectionCompensation),
+        &I::SynchronousSignalValue, &I::NewEventSection, &I::CopyEventSection, &I::CopyOneEventSection,
+        &I::CopyEventSectionShareSignal, &I::CheckVectorReuseFlag, &I::CheckNoReuseCount,
+        &I::RemoveEventSection, &I::GetTotalCount, &I::ClearVectorSection, &I::GetFirstValue,
+        &I::GetLastValue, &I::GetValue, &I::GetNextSection, &I::SetCountLimit, &I::InitVectorEventSectionData,
+        Taking<Events&, Events&, Ints&>::Of(&I::ExtractEventSection),
+        Taking<Events&, Events&, Filters&, Ints&>::Of(&I::ExtractEventSection), &I::GetValueMaxAndMin,
+        &I::VectorEventSection_Multi_Matrix, &I::CalcWidthSignalValue, &I::SignalValueAddValue, &I::DealEvent,
+        &I::CheckValueEqual);
+}
+
+TEST(SlotOrder, SignalSection) {
+    using I = IOVSignalSection;
+    ExpectSlotsFromOne<I>(&I::GetTotalCount, &I::GetValue, &I::GetFirstValue, &I::GetLastValue,
+                          &I::CopyVectorSignalSection, &I::ReleaseVectorSection,
+                          &I::ReleaseVectorSectionShare, &I::NewCopyVectorSignalSection, &I::GetNextSection,
+                          &I::GetValueMaxAndMin, &I::CalcAreaHeightRatio);
+}
+
+TEST(SlotOrder, ModelSection) {
+    using I = IOVModelSection;
+    ExpectSlotsFromOne<I>(
+        &I::ConvertSignalToModel, &I::GetTotalCount,
+        Taking<ModelSection*, FilterSection*, CountSection&>::Of(&I::StatisticsCountSection),
+        Taking<ModelSection*, CountSection&>::Of(&I::StatisticsCountSection),
+        Taking<Models&, Filters&, CountSection&>::Of(&I::StatisticsCountSection),
+        Taking<Models&, CountSection&>::Of(&I::StatisticsCountSection), &I::StatisticsCountSection_Virtual,
+        &I::ReleaseVectorSection, &I::SynchronousVectorSection);
+}
+
+TEST(SlotOrder, CountAndSegmentSection) {
+    ExpectSlotsFromOne<IOVCountSection>(&IOVCountSection::NewVectorSection,
+                                        &IOVCountSection::ReleaseVectorSection);
+    ExpectSlotsFromOne<IOVSegmentSection>(&IOVSegmentSection::NewVectorSection,
+                                          &IOVSegmentSection::ReleaseVectorSection);
+}
+
+TEST(SlotOrder, FilterSection) {
+    using I = IOVFilterSection;
+    ExpectSlotsFromOne<I>(
+        &I::ReleaseVectorSection, Taking<Filters&, Ints&>::Of(&I::SynchronousVectorSection),
+        Taking<Filters&, Events&>::Of(&I::SynchronousVectorSection),
+        Taking<Filters&, Signals&>::Of(&I::SynchronousVectorSection),
+        Taking<Filters&, Filters&>::Of(&I::SynchronousVectorSection), &I::GetTotalCount,
+        Taking<Filters&, Filters&>::Of(&I::GetTrueTotalCount), Taking<Filters&>::Of(&I::GetTrueTotalCount),
+        &I::CalcListSectionTrueCount, &I::GetValue, &I::And, &I::Or, &I::Copy, &I::SetAllTrue,
+        &I::SetAllFalse, Taking<FilterSection*, Filters&, ModelSection*>::Of(&I::CalcFilterIndex),
+        Taking<Filters&, ModelSection*>::Of(&I::CalcFilterIndex), &I::CalcFilterIndexInTrue,
+        &I::ExtratTrueFilter, &I::GetNextSection, &I::Composite_Comp_Copy_RealAndParent,
+        &I::Composite_Comp_Copy_NotRealAndParent, &I::Composite_Comp_Copy_NotReal,
+        &I::Composite_Comp_Or_RealAndParent, &I::Composite_Comp_Or_NotRealAndParent,
+        &I::Composite_Comp_And_NotRealAndParent, &I::Composite_Comp_Or_NotReal,
+        &I::Composite_Comp_And_NotReal, &I::GetCountByTrueCount, &I::GetFilterSectionByPercent,
+        &I::GetFilterSectionByCount, &I::GetFilterSectionByCountReverse);
+}
+
+/// Brings the private operations, whose slots are as fixed as the others, into the open.
+struct OpenFCSWriteRead : IOVFCSWriteRead {
+    void WriteFCSData_Double(Segments&, EventSection&, OVFCSPara&) override = 0;
+    void WriteFCSData_Float(Segments&, EventSection&, OVFCSPara&) override = 0;
+    void WriteFCSData_Int32(Segments&, EventSection&, OVFCSPara&) override = 0;
+    void WriteFCSData_Int16(Segments&, EventSection&, OVFCSPara&) override = 0;
+    void ReadFCSData_Double(EventSection&, Segments&, OVFCSPara&) override = 0;
+    void ReadFCSData_Float(EventSection&, Segments&, OVFCSPara&) override = 0;
+    void ReadFCSData_Int32(EventSection&, Segments&, OVFCSPara&) override = 0;
+    void ReadFCSData_Int16(EventSection&, Segments&, OVFCSPara&) override = 0;
+    void ReadFCSData_ASCII(EventSection&, Segments&, OVFCSPara&) override = 0;
+    void CalcSegmentIndexByCount(Segments&, EventSection&) override = 0;
+    void CalcSegmentIndexByLength(Segments&, EventSection&, OVFCSPara&) override = 0;
+};
+
+TEST(SlotOrder, FCSWriteRead) {
+    using I = OpenFCSWriteRead;
+    ExpectSlotsFromOne<I>(&I::WriteFCSData, &I::ReadFCSData, &I::WriteFCSData_Double, &I::WriteFCSData_Float,
+                          &I::WriteFCSData_Int32, &I::WriteFCSData_Int16, &I::ReadFCSData_Double,
+                          &I::ReadFCSData_Float, &I::ReadFCSData_Int32, &I::ReadFCSData_Int16,
+                          &I::ReadFCSData_ASCII, &I::CalcSegmentIndexByCount, &I::CalcSegmentIndexByLength);
+}
+
+#endif
+
+}  // namespace
+}  // namespace Orvane
