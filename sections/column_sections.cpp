@@ -8,6 +8,7 @@
 #include "sections/release_storage.h"
 
 namespace Orvane {
+
 void BaseSection::Copy(BaseSection& src) {
     *this = src;
 }
