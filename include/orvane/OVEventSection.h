@@ -127,7 +127,8 @@ public:
     virtual int CheckNoReuseCount(std::vector<EventSection*>& a, std::vector<EventSection*>& b) = 0;
 
     /// Removes the first `count` events of a raw vector and its compensated twin. Sections that become empty
-    /// are released and deleted, the last one is kept. Nothing happens when `count` is below 1.
+    /// are released and deleted, except the last one when `count` is exactly the number of events. Nothing
+    /// happens when `count` is below 1 or either vector is empty.
     virtual void RemoveEventSection(int count, std::vector<EventSection*>& raw,
                                     std::vector<EventSection*>& compensated) = 0;
 
@@ -154,7 +155,7 @@ public:
     virtual EventSection* GetNextSection(std::vector<EventSection*>& sections, int signalCount,
                                          EventSection* current) = 0;
 
-    /// Keeps the first `limit` events by lowering `Count`; no storage is returned.
+    /// Keeps the first `limit` events (at least 0) by lowering `Count`; no storage is returned.
     virtual void SetCountLimit(std::vector<EventSection*>& sections, long limit) = 0;
 
     /// Appends to `out`, for each source section, a new section with the same `Count` whose column s is
