@@ -98,6 +98,14 @@ Element* CopyInto(Element* packet, const Element* source, int bytes) {
 
 }  // namespace
 
+void MemoryManage::RemoveMemoryFromFreeToNoFull(std::list<MemorySegment*>& noFull) {
+    SeatOf(*ThePool().FreeSegments.front()).MoveToEndOf(noFull);
+}
+
+void MemoryManage::RemoveMemorySection(std::list<MemorySegment*>& segments, MemorySegment* segment) {
+    if (SeatOf(*segment).IsIn(segments)) SeatOf(*segment).Leave();
+}
+
 /// Has a segment with a free block put on the kind's list. False when it is worth looking everywhere again.
 bool MemoryManage::ProvideNoFullMemory(std::list<MemorySegment*>& noFull) {
     if (!noFull.empty()) return true;
@@ -168,6 +176,13 @@ int* MemoryManage::NewBitArrayValue(int* src) {
     return CopyInto(NewBitArray(), src, GetCapacity() / 8);
 }
 
+MemorySegment* MemoryManage::FindFreeMemorySegment(void* p) {
+    Pool& pool = ThePool();
+    const int index = pool.AddressIndex.FindIndex(p);
+    if (index < 0) ThrowInvalidMemory("It is a invaild memory.");
+    return pool.Segments[static_cast<std::size_t>(index)];
+}
+
 MemoryBlock* MemoryManage::FindFreeMemoryBlock(void* p) {
     MemorySegment& segment = *FindFreeMemorySegment(p);
     return &segment.Blocks[OffsetIn(segment, p) / segment.Blocks[0].Size];
@@ -194,7 +209,7 @@ void MemoryManage::FreeArray(void* p, std::list<MemoryBlock*>& blocks, std::list
     if (block.UsedMask == 0) {
         block.Type = FreeBlock;
         segment.UsedMask &= ~BitOf(block.Index);
-        RemoveBlockSection(blocks, &block);
+        if (!blockWasFull) RemoveBlockSection(blocks, &block);
     } else if (blockWasFull) {
         SeatOf(block).MoveToEndOf(blocks);
     }

@@ -13,7 +13,7 @@ PooledSegment::PooledSegment(unsigned char* address, int size, int blockCount) :
         block.Segment = this;
         block.Size = blockSize;
         block.Index = i;
-        BlockSeats.push_back(std::make_unique<ListSeat<MemoryBlock>>(&block));
+        SeatOf(block).Hold(&block);
     }
 }
 
@@ -56,11 +56,6 @@ void Pool::Configure(const PoolSettings& settings) {
         kind.PacketBytes = static_cast<int>(packetBits / row.ElementBits * row.ElementBits / 8);
         kind.UsedBytes = static_cast<int>(std::int64_t{row.Capacity} * row.ElementBits / 8);
     }
-}
-
-Pool& ThePool() {
-    static Pool& pool = *new Pool;
-    return pool;
 }
 
 }  // namespace Orvane

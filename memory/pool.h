@@ -44,11 +44,12 @@ class ListSeat {
 public:
     using List = std::list<Item*>;
 
-    explicit ListSeat(Item* item) : parked_(1, item), node_(parked_.begin()) {}
+    explicit ListSeat(Item* item = nullptr) : parked_(1, item), node_(parked_.begin()) {}
     ListSeat(const ListSeat&) = delete;
     ListSeat& operator=(const ListSeat&) = delete;
     ~ListSeat() { Leave(); }
 
+    void Hold(Item* item) { *node_ = item; }
     void MoveToEndOf(List& list) {
         list.splice(list.end(), *place_, node_);
         place_ = &list;
@@ -69,7 +70,7 @@ struct PooledSegment : MemorySegment {
     PooledSegment(unsigned char* address, int size, int blockCount);
 
     ListSeat<MemorySegment> Seat{this};
-    std::vector<std::unique_ptr<ListSeat<MemoryBlock>>> BlockSeats;
+    std::array<ListSeat<MemoryBlock>, MaxPoolParts> BlockSeats;
     /// The type for which the packet records of each block stand; they outlive the packets.
     std::array<int, MaxPoolParts> CutFor{};
 };
@@ -83,7 +84,7 @@ inline ListSeat<MemorySegment>& SeatOf(MemorySegment& segment) {
 }
 
 inline ListSeat<MemoryBlock>& SeatOf(MemoryBlock& block) {
-    return *PooledOf(*block.Segment).BlockSeats[static_cast<std::size_t>(block.Index)];
+    return PooledOf(*block.Segment).BlockSeats[static_cast<std::size_t>(block.Index)];
 }
 
 /// Forgets everything handed out of the segment and takes its blocks off their lists.
@@ -138,7 +139,10 @@ struct Pool {
 
 /// The pool of the process. It exists from its first use on, also for static constructors, and is never
 /// destroyed, so that static destructors may still return storage.
-Pool& ThePool();
+inline Pool& ThePool() {
+    static Pool& pool = *new Pool;
+    return pool;
+}
 
 /// Adds to a counter while the pool's lock is held.
 inline void Add(std::atomic<std::int64_t>& counter, std::int64_t bytes) {

@@ -26,6 +26,7 @@ void QuickFindIndex::AddItem(void* address, int size, int index) {
     item.release();
     MinAddress = Items.front()->Start;
     MaxAddress = Items.back()->End;
+    UpdateItemsPerByte();
 }
 
 void QuickFindIndex::RemoveItem(void* address) {
@@ -50,9 +51,7 @@ int QuickFindIndex::FindIndex(void* address, int& position) {
 // apart), a binary search keeps every lookup short.
 int QuickFindIndex::FindPosition(std::int64_t address) const {
     if (address < MinAddress || address >= MaxAddress) return -1;
-    const double fraction =
-        static_cast<double>(address - MinAddress) / static_cast<double>(MaxAddress - MinAddress);
-    const std::size_t guess = static_cast<std::size_t>(fraction * static_cast<double>(Items.size()));
+    const auto guess = static_cast<std::size_t>(static_cast<double>(address - MinAddress) * itemsPerByte_);
     if (guess < Items.size() && Items[guess]->IsInRange(address)) return static_cast<int>(guess);
 
     const auto above = std::upper_bound(Items.begin(), Items.end(), address,
@@ -68,6 +67,11 @@ void QuickFindIndex::UpdateAddressMaxAndMin(int removedPosition) {
     }
     if (removedPosition == 0) MinAddress = Items.front()->Start;
     if (removedPosition == static_cast<int>(Items.size())) MaxAddress = Items.back()->End;
+    UpdateItemsPerByte();
+}
+
+void QuickFindIndex::UpdateItemsPerByte() {
+    itemsPerByte_ = static_cast<double>(Items.size()) / static_cast<double>(MaxAddress - MinAddress);
 }
 
 }  // namespace Orvane

@@ -77,21 +77,6 @@ void MemoryManage::FreeSegment(void* p) {
     Add(pool.UseSize, -std::int64_t{pool.Settings.SegmentSize});
 }
 
-MemorySegment* MemoryManage::FindFreeMemorySegment(void* p) {
-    Pool& pool = ThePool();
-    const int index = pool.AddressIndex.FindIndex(p);
-    if (index < 0) ThrowInvalidMemory("It is a invaild memory.");
-    return pool.Segments[static_cast<std::size_t>(index)];
-}
-
-void MemoryManage::RemoveMemoryFromFreeToNoFull(std::list<MemorySegment*>& noFull) {
-    SeatOf(*ThePool().FreeSegments.front()).MoveToEndOf(noFull);
-}
-
-void MemoryManage::RemoveMemorySection(std::list<MemorySegment*>& segments, MemorySegment* segment) {
-    if (SeatOf(*segment).IsIn(segments)) SeatOf(*segment).Leave();
-}
-
 MemorySegment* MemoryManage::MallocMemorySectionCallback() {
     Pool& pool = ThePool();
     const bool isLarge = pool.NewSize >= pool.UpperSize / 2;

@@ -51,6 +51,9 @@ private:
     int FindIndex(void* address, int& position);
     int FindPosition(std::int64_t address) const;
     void UpdateAddressMaxAndMin(int removedPosition);
+    void UpdateItemsPerByte();
+
+    double itemsPerByte_ = 0.0;  // items per byte from MinAddress to MaxAddress, for the guess
 };
 
 }  // namespace Orvane
