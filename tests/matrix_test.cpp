@@ -1,0 +1,199 @@
+// Matrices: the block rule of the determinant, inversion, comparison, ownership, messages.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <orvane/OVMatrix.h>
+
+namespace Orvane {
+namespace {
+
+OVMatrix Matrix(int rows, int columns, std::vector<double> values) {
+    return OVMatrix(values.data(), rows, columns);
+}
+
+template <class Draw>
+OVMatrix RandomMatrix(int size, Draw draw) {
+    OVMatrix matrix(size, size);
+    for (int i = 0; i < size * size; ++i) {
+        matrix.GetData()[i] = draw();
+    }
+    return matrix;
+}
+
+OVMatrix IdentityOf(int size) {
+    OVMatrix identity(size, size);
+    identity.Identity();
+    return identity;
+}
+
+double DeterminantByFirstRow(const OVMatrix& matrix) {
+    if (matrix.GetRowNum() == 1) return matrix.GetValue(0, 0);
+    double sum = 0.0;
+    for (int j = 0; j < matrix.GetColumnNum(); ++j) {
+        sum +=
+            (j % 2 == 0 ? 1.0 : -1.0) * matrix.GetValue(0, j) * DeterminantByFirstRow(matrix.Subspace(0, j));
+    }
+    return sum;
+}
+
+double DeterminantOfCorner(OVMatrix matrix, int size, bool upperLeft) {
+    while (matrix.GetRowNum() > size) {
+        const int outer = upperLeft ? matrix.GetRowNum() - 1 : 0;
+        matrix = matrix.Subspace(outer, outer);
+    }
+    return DeterminantByFirstRow(matrix);
+}
+
+TEST(Matrix, DeterminantIsTheTrueOneUnlessBothDiagonalBlocksAreSingular) {
+    std::mt19937 random(1);
+    int exceptions = 0;
+    for (int round = 0; round < 600; ++round) {
+        const int size = 1 + round % 6;
+        const OVMatrix matrix = RandomMatrix(size, [&] { return static_cast<int>(random() % 5) - 2.0; });
+        const int half = size / 2;
+        double expected = DeterminantByFirstRow(matrix);
+        if (size >= 4 && DeterminantOfCorner(matrix, half, true) == 0.0 &&
+            DeterminantOfCorner(matrix, size - half, false) == 0.0) {
+            exceptions += expected != 0.0 ? 1 : 0;
+            expected = 0.0;
+        }
+        ASSERT_NEAR(matrix.Determinant(), expected, 1e-9) << "size " << size << ", round " << round;
+    }
+    EXPECT_GT(exceptions, 0);
+    EXPECT_EQ(OVMatrix().Determinant(), 0.0);
+    // Blocks of blocks: the determinant of a product is the product of the determinants.
+    const auto draw = [&] { return static_cast<double>(random() % 1000) / 500.0 - 1.0; };
+    const OVMatrix a = RandomMatrix(13, draw);
+    const OVMatrix b = RandomMatrix(13, draw);
+    EXPECT_NEAR((a * b).Determinant() / (a.Determinant() * b.Determinant()), 1.0, 1e-9);
+    // A determinant that is NaN counts as not zero, so that the second block is not asked.
+    OVMatrix withNaN = IdentityOf(4);
+    withNaN.SetValue(0, 0, std::nan(""));
+    EXPECT_TRUE(std::isnan(withNaN.Determinant()));
+}
+
+TEST(Matrix, InverseTimesMatrixIsIdentityAlsoForPermutedAndBadlyScaledOnes) {
+    std::mt19937 random(2);
+    for (int size = 1; size <= 24; ++size) {
+        OVMatrix matrix = RandomMatrix(size, [&] { return static_cast<double>(random() % 2001) - 1000.0; });
+        EXPECT_TRUE((matrix.Invert() * matrix).IsEquals(IdentityOf(size), 8)) << size;
+        for (int i = 0; i < size * size; ++i) {
+            matrix.GetData()[i] *= std::pow(10.0, i / size % 7 * 2 - 6);
+        }
+        EXPECT_TRUE((matrix.Invert() * matrix).IsEquals(IdentityOf(size), 5)) << size << ", rows scaled";
+        OVMatrix cycle(size, size);
+        for (int i = 0; i < size; ++i) {
+            cycle.SetValue(i, (i + size / 2 + 1) % size, 1.0);
+        }
+        EXPECT_TRUE(cycle.Invert().IsEquals(cycle.Transpose(), 15)) << size << ", permuted";
+    }
+    EXPECT_TRUE(Matrix(2, 2, {4, 7, 2, 6}).Invert().IsEquals(Matrix(2, 2, {0.6, -0.7, -0.2, 0.4}), 15));
+}
+
+TEST(Matrix, ASingularMatrixHasNoFiniteElementInItsInverse) {
+    for (const OVMatrix& matrix : {OVMatrix(1, 1), OVMatrix(3, 3), Matrix(2, 2, {1, 1, 1, 1}),
+                                   Matrix(3, 3, {1, 2, 4, 2, 4, 8, 0, 0, 1})}) {
+        const OVMatrix inverse = matrix.Invert();
+        for (int i = 0; i < inverse.GetRowNum() * inverse.GetColumnNum(); ++i) {
+            EXPECT_FALSE(std::isfinite(inverse.GetData()[i])) << i;
+        }
+    }
+}
+
+TEST(Matrix, AdjugateIsTheInverseTimesTheDeterminantExceptForOneElement) {
+    std::mt19937 random(3);
+    for (int size = 2; size <= 5; ++size) {
+        const OVMatrix matrix = RandomMatrix(size, [&] { return static_cast<double>(random() % 19) - 9.0; });
+        EXPECT_TRUE((matrix.Adjoint() * matrix).IsEquals(IdentityOf(size) * matrix.Determinant(), 8)) << size;
+    }
+    EXPECT_EQ(Matrix(1, 1, {5}).Adjoint().GetValue(0, 0), 0.0);
+}
+
+TEST(Matrix, Arithmetic) {
+    const OVMatrix a = Matrix(2, 3, {1, 2, 3, 4, 5, 6});
+    const OVMatrix b = Matrix(3, 2, {7, 8, 9, 10, 11, 12});
+    EXPECT_TRUE((a * b).IsEquals(Matrix(2, 2, {58, 64, 139, 154})));
+    EXPECT_TRUE(a.MultyMatrix(b, a).IsEquals(b * a));
+    EXPECT_TRUE((a + a - a * 3.0).IsEquals(a / -1.0));
+    EXPECT_TRUE(a.Transpose().IsEquals(Matrix(3, 2, {1, 4, 2, 5, 3, 6})));
+    EXPECT_TRUE(a.GetRow(1).IsEquals(Matrix(1, 3, {4, 5, 6})));
+    EXPECT_TRUE(a.GetColumn(2).IsEquals(Matrix(2, 1, {3, 6})));
+    EXPECT_TRUE(std::isinf((a / 0.0).GetValue(0, 0)));
+    const OVMatrix three(3, 1);
+    EXPECT_EQ(three.FindIndex(-1), 2);
+    EXPECT_EQ(three.FindIndex(4), 1);
+}
+
+TEST(Matrix, EqualityIsExclusiveAtItsPrecision) {
+    const OVMatrix zero(1, 2);
+    EXPECT_FALSE(zero.IsEquals(Matrix(1, 2, {0, 0.001}), 3));
+    EXPECT_TRUE(zero.IsEquals(Matrix(1, 2, {0, std::nextafter(0.001, 0.0)}), 3));
+    EXPECT_FALSE(zero.IsEquals(Matrix(1, 2, {-1e-15, 0}), 15));
+    EXPECT_FALSE(zero.IsEquals(Matrix(1, 2, {1e-10, 0})));
+    EXPECT_TRUE(zero.IsEquals(Matrix(1, 2, {std::nan(""), 0})));
+    EXPECT_FALSE(zero.IsEquals(OVMatrix(2, 1)));
+    EXPECT_TRUE(zero.IsEquals(OVMatrix(2, 1), 0));
+    EXPECT_TRUE(OVMatrix().IsEquals(zero, 5));
+}
+
+TEST(Matrix, CopiesAreDeepAndMovesLeaveAnEmptyMatrix) {
+    OVMatrix original = Matrix(2, 2, {1, 2, 3, 4});
+    OVMatrix copy = original;
+    double* const data = copy.GetData();
+    original.SetValue(0, 0, 9.0);
+    EXPECT_EQ(copy.GetValue(0, 0), 1.0);
+    copy.Copy(original);
+    EXPECT_EQ(copy.GetData(), data) << "same size: the data stay where they are";
+    OVMatrix moved = std::move(copy);
+    EXPECT_EQ(moved.GetData(), data);
+    EXPECT_EQ(copy.GetRowNum() + copy.GetColumnNum(), 0);  // NOLINT(bugprone-use-after-move)
+    EXPECT_EQ(copy.GetData(), nullptr);
+    copy = std::move(moved);
+    OVMatrix& alias = copy;
+    copy = alias;
+    copy = std::move(alias);
+    EXPECT_TRUE(copy.IsEquals(original));
+    copy.InitMatrix(1, 3);
+    EXPECT_TRUE(copy.IsEquals(OVMatrix(1, 3)));
+    OVMatrix counted;
+    counted.SetRowNum(2);
+    counted.SetColumnNum(2);
+    counted.InitMatrix(2, 2);
+    EXPECT_TRUE(counted.IsEquals(OVMatrix(2, 2))) << "counts without data still need data";
+}
+
+TEST(Matrix, WhatDoesNotFitIsReportedByTheBareText) {
+    const OVMatrix wide(2, 3);
+    const std::string dimensions = "Matrix dimensions do not match.";
+    const std::vector<std::pair<std::function<void()>, std::string>> refusals{
+        {[&] { wide.GetRow(2); }, "No this row"},
+        {[&] { wide.GetRow(-1); }, "No this row"},
+        {[&] { wide.GetColumn(3); }, "No this column."},
+        {[&] { wide.GetColumn(-1); }, "No this column."},
+        {[&] { wide + OVMatrix(2, 2); }, dimensions},
+        {[&] { wide - OVMatrix(3, 3); }, dimensions},
+        {[&] { wide* wide; }, dimensions},
+        {[&] { wide.MultyMatrix(wide, wide); }, dimensions},
+        {[&] { wide.Determinant(); }, dimensions},
+        {[&] { wide.IsEquals(wide, -1); }, "Precision cannot be negative."},
+        {[&] { wide.IsEquals(wide, 16); }, "High precision, no support."},
+        {[&] { wide.IsEquals(wide, std::numeric_limits<int>::max()); }, "High precision, no support."}};
+    for (const auto& [operation, expected] : refusals) {
+        try {
+            operation();
+            ADD_FAILURE() << "nothing thrown instead of " << expected;
+        } catch (const char* message) {
+            EXPECT_EQ(message, expected);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace Orvane
