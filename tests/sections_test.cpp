@@ -1,0 +1,416 @@
+// Section records: who returns which column, moves of events, filter bits, counters; the section utility.
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cmath>
+#include <cstring>
+#include <functional>
+#include <limits>
+#include <memory>
+#include <numeric>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <orvane/SectionUtility.h>
+#include <orvane/Sections.h>
+
+#include "foundation/convert.h"
+#include "sections/kernels.h"
+#include "tests/support/awkward.h"
+#include "tests/support/instruction_sets.h"
+#include "tests/support/pool.h"
+
+namespace Orvane::Testing {
+namespace {
+
+constexpr float Infinity = std::numeric_limits<float>::infinity();
+constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
+
+int ColumnsInUse() {
+    MemoryStatisticsInfo info;
+    MemoryManage::GetStatisticsInfo(info);
+    return info.UsedFloatCount;
+}
+
+template <class Exception>
+std::string MessageOf(const std::function<void()>& operation) {
+    try {
+        operation();
+    } catch (Exception* error) {
+        const std::unique_ptr<Exception> owner(error);
+        return error->GetMessageException();
+    }
+    return "nothing thrown";
+}
+
+/// An event section of full columns, with numbers that differ between columns and events.
+struct FullEvents : EventSection {
+    explicit FullEvents(int signalCount) {
+        Initial(signalCount);
+        for (int s = 0; s < signalCount; ++s)
+            std::iota(Signals[s], Signals[s] + Capacity, 1000.0F * static_cast<float>(s));
+    }
+    FullEvents(const FullEvents&) = delete;
+    FullEvents& operator=(const FullEvents&) = delete;
+    ~FullEvents() { Release(); }
+};
+
+TEST(EventSections, EveryFormOfSharingReturnsEachColumnExactlyOnce) {
+    const SmallPool pool;
+    std::vector<bool> flags{true, false, true};
+    std::vector<int> map{2, -1, 0};
+    using Step = std::function<void(EventSection&, EventSection&)>;
+    const Step byFlags = [&](EventSection& raw, EventSection& section) { section.Initial(raw, flags); };
+    const std::vector<std::pair<Step, Step>> forms{
+        {byFlags, [&](EventSection&, EventSection& section) { section.Release(flags); }},
+        {byFlags, [&](EventSection& raw, EventSection& section) { section.Release(raw); }},
+        {[&](EventSection& raw, EventSection& section) { section.Initial(raw, map); },
+         [&](EventSection&, EventSection& section) { section.Release(map); }},
+        {[](EventSection& raw, EventSection& section) { section.CopyShareSignal(raw); },
+         [](EventSection&, EventSection& section) { section.Release_Share(); }}};
+    for (const auto& [share, release] : forms) {
+        FullEvents raw(3);
+        EventSection section;
+        share(raw, section);
+        EXPECT_EQ(section[2], &share == &forms[2].first ? raw[0] : raw[2]);
+        for (int time = 0; time < 2; ++time) {
+            release(raw, section);
+            EXPECT_EQ(ColumnsInUse(), 3);
+            EXPECT_EQ(section.Signals, nullptr);
+        }
+        // The wrong form returns shared columns twice. The pool says so, and releasing again goes on behind
+        // them.
+        share(raw, section);
+        raw.Release();
+        EXPECT_EQ(MessageOf<RepeatFreeException>([&] { section.Release(); }), "Repeat free memory.");
+        while (MessageOf<RepeatFreeException>([&] { section.Release(); }) != "nothing thrown") {
+        }
+        EXPECT_EQ(ColumnsInUse(), 0);
+    }
+}
+
+TEST(EventSections, TablesAreKeptAndRemadeAsStated) {
+    const SmallPool pool;
+    FullEvents raw(3);
+    EventSection section;
+    section.Count = 7;
+    section.Initial_Share(3);
+    float** const table = section.Signals;
+    std::vector<int> shorter{1, -1};
+    section.Initial(raw, shorter);
+    EXPECT_EQ(section.Signals, table) << "kept whatever its length";
+    EXPECT_EQ(section.SignalCount, 2);
+    EXPECT_EQ(section.Count, 7) << "Initial leaves the count alone";
+    MemoryManage::FreeFloatArray(section[1]);
+    section.CopyData(raw, 0, 60, 57);
+    EXPECT_EQ(section.Count, 64) << "where the events go plays no part";
+    EXPECT_EQ(section.SignalCount, 3);
+    EXPECT_EQ(section[1], nullptr) << "a remade table has no columns, and they are left out";
+    section.Release();
+}
+
+TEST(EventSections, ClonesAreWholeAndViewsAreShared) {
+    const SmallPool pool;
+    FullEvents raw(2);
+    raw.Count = 5;
+    EventSection clone;
+    clone.Clone(raw);
+    const std::unique_ptr<SignalSection> view(raw.GetSignalSection(1));
+    view->Values[0] = -1.0F;
+    raw.AddValue(1, 0.5F);
+    EXPECT_EQ(raw[1][0], -0.5F);
+    EXPECT_EQ(clone[1][0], 1000.0F);
+    SignalSection copy;
+    copy.Clone(*view);
+    EXPECT_EQ(copy.Count, 5);
+    EXPECT_EQ(copy.Values[63], clone[1][63]) << "whole columns, not just the first Count values";
+    copy.Release();
+    clone.Release();
+}
+
+TEST(EventSections, CopiesAndRemovalsAgreeWithAModel) {
+    const SmallPool pool;
+    std::mt19937 random(4);
+    FullEvents source(3);
+    for (int form = 0; form < 3; ++form) {
+        FullEvents raw(3);
+        EventSection section;
+        std::vector<bool> flags{false, form > 0, false};
+        section.Initial(raw, flags);
+        std::fill_n(raw[1], 64, 42.0F);
+        std::vector<std::vector<float>> model(3);
+        for (int step = 0; step < 500; ++step) {
+            const int held = section.Count;
+            const bool adds = random() % 2 == 0;
+            const int start = static_cast<int>(random()) & 31;
+            const int count = std::min(static_cast<int>(random() % 24), adds ? 64 - held : held - start);
+            if (count < 0) continue;
+            if (adds && form == 0) section.CopyData(source, start, held, count);
+            if (adds && form == 1) section.CopyData(source, start, held, count, flags);
+            if (adds && form == 2) section.CopyData(source, start, held, count, raw);
+            if (!adds && form == 0) section.RemoveData(start, count);
+            if (!adds && form == 1) section.RemoveData(start, count, flags);
+            if (!adds && form == 2) section.RemoveData(start, count, raw);
+            for (int s = 0; s < 3; ++s) {
+                std::vector<float>& column = model[s];
+                if (adds) column.insert(column.end(), source[s] + start, source[s] + start + count);
+                if (!adds) column.erase(column.begin() + start, column.begin() + start + count);
+                if (flags[s]) column.assign(column.size(), 42.0F);
+                ASSERT_EQ(std::vector<float>(section[s], section[s] + section.Count), column);
+            }
+        }
+        const int held = section.Count;
+        EXPECT_EQ(MessageOf<InvalidMemoryException>([&] { section.CopyData(source, 0, 0, 65 - held, raw); }),
+                  "CopyData out of array capacity.");
+        EXPECT_EQ(MessageOf<InvalidMemoryException>([&] { section.RemoveData(0, held + 1, flags); }),
+                  "Remove data count less then event section count.");
+        EXPECT_EQ(section.Count, held);
+        section.Release(flags);
+    }
+}
+
+TEST(EventSections, SignalsAreInsertedAndRemovedInPlace) {
+    const SmallPool pool;
+    FullEvents other(2);
+    EventSection section;
+    section.InsertSignal(0);
+    float* const own = section[0];
+    section.InsertSignalRef(0, 1, other);
+    section.InsertSignalRef(2, 0, other);
+    const std::vector<float*> table(section.Signals, section.Signals + section.SignalCount);
+    EXPECT_EQ(table, (std::vector<float*>{other[1], own, other[0]}));
+    section.RemoveSignalRef(0);
+    section.RemoveSignal(0);
+    EXPECT_EQ(section[0], other[0]);
+    EXPECT_EQ(section.SignalCount, 1);
+    section.Release_Share();
+}
+
+TEST(Sections, AFailedOperationTakesNothingAndLeavesARecordThatCanBeReleased) {
+    std::vector<bool> flags{true, false, false, true};
+    std::vector<int> map{0, -1, -1, -1};
+    const std::vector<std::function<void(EventSection&, EventSection&)>> operations{
+        [](EventSection&, EventSection& section) { section.Initial(3); },
+        [&](EventSection& raw, EventSection& section) { section.Initial(raw, flags); },
+        [&](EventSection& raw, EventSection& section) { section.Initial(raw, map); },
+        [](EventSection& raw, EventSection& section) { section.Clone(raw); },
+        [](EventSection&, EventSection& section) { section.InsertSignal(0); }};
+    for (const auto& operation : operations) {
+        ForEachFailingAllocation([&] {
+            FullEvents raw(4);
+            EventSection section;
+            try {
+                operation(raw, section);
+            } catch (OutOfMemoryException*) {
+                EXPECT_EQ(section.Signals, nullptr);
+                throw;
+            }
+            section.Release(raw);
+        });
+    }
+}
+
+/// Initial and Release of the records with one piece of storage.
+template <class Section>
+void CheckSingleStorage(int capacity, int count) {
+    ForEachFailingAllocation([&] {
+        Section section;
+        section.Count = 3;
+        EXPECT_TRUE(section.Initial());
+        EXPECT_EQ(section.Capacity, capacity);
+        EXPECT_EQ(section.Count, count);
+        section.Release();
+        section.Release();
+        EXPECT_EQ(section.Capacity, 0);
+    });
+}
+
+TEST(Sections, OnlyCountersAreCountedWhenTheyAreInitialised) {
+    CheckSingleStorage<SignalSection>(64, 3);
+    CheckSingleStorage<ModelSection>(64, 3);
+    CheckSingleStorage<FilterSection>(64, 3);
+    CheckSingleStorage<CountSection>(4, 4);
+    CheckSingleStorage<SegmentSection>(256, 3);
+}
+
+TEST(CountSections, AreScaledWithHalvesGoingUp) {
+    const auto divided = [](std::vector<int> counters, int d) {
+        CountSection section;
+        section.Counts = counters.data();
+        section.Count = static_cast<int>(counters.size());
+        section.DivValue(d);
+        section.CalcTotalCount();
+        counters.push_back(section.TotalCount);
+        return counters;
+    };
+    EXPECT_EQ(divided({1, 2, 3}, 2), (std::vector<int>{1, 1, 2, 4}));
+    EXPECT_EQ(divided({-1, -2, -3, 7}, 2), (std::vector<int>{0, 0, -1, 4, 3}));
+    EXPECT_EQ(divided({INT_MAX, INT_MIN, 3}, 1), (std::vector<int>{INT_MAX, INT_MIN + 1, 3, 3}));
+    EXPECT_EQ(divided({5, 0, -5}, 0), (std::vector<int>{0, 0, 0, 0}));
+}
+
+class EveryInstructionSet : public ::testing::TestWithParam<InstructionSet> {
+private:
+    ScopedInstructionSet set_{GetParam()};
+};
+INSTANTIATE_TEST_SUITE_P(Sections, EveryInstructionSet, ::testing::ValuesIn(AvailableInstructionSets()));
+
+/// A filter over its own words: a bit is set with a chance of `density` / 8, also above `Count`.
+struct TestFilter : FilterSection {
+    TestFilter(int count, int capacity, unsigned density) : Words(capacity / 32) {
+        Flags = Words.data();
+        Count = count;
+        Capacity = capacity;
+        std::mt19937 random(count + density);
+        for (int i = 0; i < Capacity; ++i)
+            SetFlag(i, random() % 8 < density);
+    }
+    std::vector<bool> Bits() const {
+        std::vector<bool> bits;
+        for (int i = 0; i < Capacity; ++i)
+            bits.push_back(GetFlag(i));
+        return bits;
+    }
+    std::vector<std::uint32_t> Words;
+};
+
+TEST_P(EveryInstructionSet, FilterBitsAgreeWithAModel) {
+    for (const int count : {0, 1, 31, 32, 33, 3072 + 7, 6144 + 31, 30720 + 64, 65535, 65536}) {
+        for (const unsigned density : {0U, 1U, 8U}) {
+            TestFilter filter(count, 65536, density), other(count, 65536, 5), longer(count + 1, 65536, 4);
+            std::vector<bool> model = filter.Bits();
+            std::vector<int> positions;
+            int common = 0;
+            for (int i = 0; i < count; ++i) {
+                if (model[i]) positions.push_back(i);
+                common += static_cast<int>(model[i] && other[i]);
+            }
+            const int set = static_cast<int>(positions.size());
+            ASSERT_EQ(CountCommonBits(filter.Flags, other.Flags, count), common);
+            for (int k = 1; k <= set; k += 1 + set / 97) {
+                ASSERT_EQ(filter.GetCountByTrueCount(k), positions[k - 1] + 1) << count;
+            }
+            EXPECT_EQ(filter.GetCountByTrueCount(0), 0);
+            EXPECT_EQ(filter.TrueCount, 0) << "stored only when the set bits run out";
+            EXPECT_EQ(filter.GetCountByTrueCount(set + 1), count);
+            ASSERT_EQ(filter.TrueCount, set) << count;
+            // A filter of another length, and the filter itself, change nothing. Whole words take part.
+            filter.And(longer);
+            filter.Not();
+            filter.And(other);
+            filter.Not();
+            filter.Or(longer);
+            for (int i = 0; i < WordsFor(count) * 32; ++i)
+                model[i] = model[i] || !other[i];
+            ASSERT_EQ(filter.Bits(), model) << count;
+            filter.Or(other);
+            filter.Or(filter);
+            std::fill_n(model.begin(), WordsFor(count) * 32, true);
+            ASSERT_EQ(filter.Bits(), model) << count;
+        }
+    }
+}
+
+TEST(FilterSections, RangesAndCopiesLeaveTheOtherBitsAlone) {
+    TestFilter filter(100, 160, 4), copy(0, 160, 0);
+    std::vector<bool> model = filter.Bits();
+    for (const int start : {0, 1, 31, 32, 33, 64}) {
+        for (const int count : {-1, 0, 1, 30, 31, 32, 33, 63, 64, 65, 96}) {
+            const bool value = (start + count) % 3 != 0;
+            filter.SetFlag(start, count, value);
+            std::fill_n(model.begin() + start, std::max(count, 0), value);
+            ASSERT_EQ(filter.Bits(), model) << start << ", " << count;
+        }
+    }
+    copy.Copy(filter);
+    EXPECT_EQ(copy.Bits(), model);
+    EXPECT_EQ(copy.Count, 100);
+    copy.SetAll(true);
+    EXPECT_EQ(copy.Bits(), std::vector<bool>(160, true));
+}
+
+TEST_P(EveryInstructionSet, ExtremesHaveTheBitsOfTheOneByOneLoop) {
+    for (unsigned seed = 0; seed < 200; ++seed) {
+        std::vector<float> values = RandomFloats(static_cast<int>(seed), seed);
+        // Mostly zeros of both signs below or above nothing else.
+        for (float& value : values) {
+            if (seed % 2 == 0) value = std::copysign(seed % 4 == 0 ? 0.0F : std::fabs(value), value);
+        }
+        for (const float start : {0.0F, -0.0F, -5.0F, 5.0F, NaN, Infinity, -Infinity}) {
+            float max = start, min = start, expectedMax = start, expectedMin = start;
+            for (const float value : values) {
+                if (value > expectedMax) expectedMax = value;
+                if (value < expectedMin) expectedMin = value;
+            }
+            FindMaxAndMin(values.data(), static_cast<int>(values.size()), max, min);
+            ASSERT_EQ(std::memcmp(&max, &expectedMax, sizeof max), 0) << max << ", " << expectedMax;
+            ASSERT_EQ(std::memcmp(&min, &expectedMin, sizeof min), 0) << min << ", " << expectedMin;
+        }
+    }
+}
+
+/// A section over the caller's values.
+SignalSection Over(std::vector<float>& values) {
+    SignalSection section;
+    section.Count = section.Capacity = static_cast<int>(values.size());
+    section.Values = values.data();
+    return section;
+}
+
+TEST_P(EveryInstructionSet, ConversionKeepsTheLow16BitsOfTheTruncatedValue) {
+    std::vector<float> known{0.9F, 65535.5F, 65536, -1.5F, NaN, 1e10F, 1e30F, -Infinity};
+    std::vector<float> values = RandomFloats(1000, 10);
+    std::vector<unsigned short> results(1000);
+    SignalSection few = Over(known), many = Over(values);
+    ModelSection model;
+    SectionUtility utility;
+    utility.ConvertSection(&few, &model, 8.0F, 0.0F);
+    EXPECT_EQ(model.Count, 8) << "without storage only the header";
+    model.Values = results.data();
+    utility.ConvertSection(&few, &model, 8.0F, 0.0F);
+    EXPECT_EQ(std::vector<int>(results.begin(), results.begin() + 8),
+              (std::vector<int>{0, 65535, 0, 65535, 0, 0xE400, 0, 0}));
+    std::vector<SignalSection*> signals{&many};
+    std::vector<ModelSection*> models{&model};
+    utility.SectionArrayConvertModelSection(signals, models, 7.0F, 3.0F, 3);
+    for (int i = 0; i < 1000; ++i) {
+        const double scaled = static_cast<double>((values[i] - 3.0F) * (4.0F / 3.0F));
+        ASSERT_EQ(model[i], static_cast<unsigned short>(TruncateToInt64(scaled))) << values[i];
+    }
+}
+
+TEST(SectionUtilities, StatisticsOverSections) {
+    std::vector<float> values{1, 3}, single{1};
+    SignalSection section = Over(values), lone = Over(single);
+    SectionUtility utility;
+    std::vector<SignalSection*> none, one{&section}, two{&section, &section}, tooFew{&lone};
+    EXPECT_EQ(utility.SectionArrayStatisticsSD(one, 2.0F), std::sqrt(2.0F));
+    EXPECT_EQ(utility.SectionArrayStatisticsSD(two, 2.0F), std::sqrt(2.0F)) << "the running sum is not reset";
+    EXPECT_EQ(utility.SectionArrayStatisticsSD(tooFew, 2.0F), 0.0F);
+    EXPECT_EQ(utility.SectionArrayStatisticsMean(two), 2.0F);
+    EXPECT_EQ(utility.SectionArrayStatisticsMean(none), 0.0F);
+    float max = 0.0F, min = 0.0F;
+    SignalSection withoutStorage;
+    withoutStorage.Count = 1;
+    two.push_back(&withoutStorage);
+    utility.FindSectionMaxAndMin(two, max, min);
+    EXPECT_EQ(max - min, 3.0F);
+}
+
+TEST(SectionUtilities, ArrayFormsCallTheOverriddenSingleForm) {
+    struct FromTen : SectionUtility {
+        void FillSection(SignalSection* section) override {
+            SectionUtility::FillSection(section);
+            AddToColumn(section->Values, section->Count, 10.0F);
+        }
+    } utility;
+    std::vector<float> values(3);
+    SignalSection section = Over(values);
+    std::vector<SignalSection*> sections{&section};
+    utility.FillSectionArray(sections);
+    EXPECT_EQ(values, (std::vector<float>{10, 11, 12}));
+}
+
+}  // namespace
+}  // namespace Orvane::Testing
