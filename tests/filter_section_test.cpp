@@ -1,0 +1,375 @@
+// Filter vectors against models in std::vector<bool>, cut at awkward places, with arbitrary bits above every
+// Count.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include <orvane/OVFilterSection.h>
+
+#include "support/instruction_sets.h"
+#include "support/pool.h"
+
+namespace Orvane::Testing {
+namespace {
+
+using Bits = std::vector<bool>;
+using Counts = std::vector<int>;
+using Filters = std::vector<FilterSection*>;
+
+OVFilterSection operations;
+const Counts Cuts{1, 31, 32, 33, 0, 64, 13};
+
+/// Owns a filter vector with random bits, `density` of 8 set.
+struct Gate {
+    Gate() = default;
+    explicit Gate(Counts counts, unsigned seed = 0, unsigned density = 4) : Gate() {
+        operations.SynchronousVectorSection(Sections, counts);
+        std::mt19937 random(seed);
+        for (FilterSection* section : Sections) {
+            for (int i = 0; i < section->Capacity; ++i) {
+                section->SetFlag(i, random() % 8 < density);
+            }
+            section->CalcTrueCount();
+        }
+    }
+    Gate(const Gate&) = delete;
+    Gate& operator=(const Gate&) = delete;
+    ~Gate() { operations.ReleaseVectorSection(Sections); }
+
+    /// The events of all sections in order, or all bits that there is storage for.
+    Bits Events(int FilterSection::*length = &FilterSection::Count) const {
+        Bits bits;
+        for (const FilterSection* section : Sections) {
+            for (int i = 0; i < section->*length; ++i) {
+                bits.push_back(section->GetFlag(i));
+            }
+        }
+        return bits;
+    }
+    Bits Storage() const { return Events(&FilterSection::Capacity); }
+    Counts Fields(int FilterSection::*field) const {
+        Counts values;
+        for (const FilterSection* section : Sections) {
+            values.push_back(section->*field);
+        }
+        return values;
+    }
+    Counts TrueCounts() const { return Fields(&FilterSection::TrueCount); }
+
+    Filters Sections;
+};
+
+long CountSet(const Bits& bits) {
+    return std::count(bits.begin(), bits.end(), true);
+}
+
+class FilterVectors : public ::testing::TestWithParam<InstructionSet> {
+    SmallPool pool_;
+    ScopedInstructionSet set_{GetParam()};
+};
+INSTANTIATE_TEST_SUITE_P(Sets, FilterVectors, ::testing::ValuesIn(AvailableInstructionSets()));
+
+/// An operation that combines `real`, perhaps inverted and within `parent`, into `dest`.
+struct Combination {
+    bool (OVFilterSection::*WithoutParent)(Filters&, Filters&);
+    bool (OVFilterSection::*WithParent)(Filters&, Filters&, Filters&);
+    bool Inverts;
+    char Into;
+
+    bool Run(Gate& dest, Gate& real, Gate& parent) const {
+        return WithParent != nullptr ? (operations.*WithParent)(dest.Sections, real.Sections, parent.Sections)
+                                     : (operations.*WithoutParent)(dest.Sections, real.Sections);
+    }
+    /// Inversion and combination reach to the end of the last word with events, and combination needs equal
+    /// counts.
+    bool Model(const FilterSection& dest, const FilterSection& real, const FilterSection& parent,
+               int i) const {
+        const bool covered = i < (real.Count + 31) / 32 * 32;
+        bool bit = real[i] != (Inverts && covered);
+        if (WithParent != nullptr && covered && parent.Count == real.Count) bit = bit && parent[i];
+        if (Into == '=') return bit;
+        if (!covered || dest.Count != real.Count) return dest[i];
+        return Into == '&' ? dest[i] && bit : dest[i] || bit;
+    }
+};
+using I = OVFilterSection;
+const Combination Combinations[] = {
+    {&I::And, nullptr, false, '&'},
+    {&I::Or, nullptr, false, '|'},
+    {nullptr, &I::Composite_Comp_Copy_RealAndParent, false, '='},
+    {nullptr, &I::Composite_Comp_Copy_NotRealAndParent, true, '='},
+    {&I::Composite_Comp_Copy_NotReal, nullptr, true, '='},
+    {nullptr, &I::Composite_Comp_Or_RealAndParent, false, '|'},
+    {nullptr, &I::Composite_Comp_Or_NotRealAndParent, true, '|'},
+    {nullptr, &I::Composite_Comp_And_NotRealAndParent, true, '&'},
+    {&I::Composite_Comp_Or_NotReal, nullptr, true, '|'},
+    {&I::Composite_Comp_And_NotReal, nullptr, true, '&'},
+};
+
+TEST_P(FilterVectors, CombineBitsAndKeepHeadersAndStoredCounts) {
+    const Counts destCuts{1, 31, 32, 30, 0, 64, 13};
+    for (const Combination& form : Combinations) {
+        SCOPED_TRACE(&form - Combinations);
+        Gate dest(destCuts, 1), real(Cuts, 2), parent({1, 31, 30, 33, 0, 64, 12}, 3), shorter({1}, 4);
+        Bits expected;
+        for (std::size_t s = 0; s < Cuts.size(); ++s) {
+            for (int i = 0; i < 64; ++i) {
+                expected.push_back(form.Model(*dest.Sections[s], *real.Sections[s], *parent.Sections[s], i));
+            }
+        }
+        EXPECT_FALSE(form.Run(dest, shorter, parent));
+        if (form.WithParent != nullptr) {
+            EXPECT_FALSE(form.Run(dest, real, shorter));
+        }
+        const Counts stored = dest.TrueCounts();
+        EXPECT_TRUE(form.Run(dest, real, parent));
+        EXPECT_EQ(dest.Storage(), expected);
+        EXPECT_EQ(dest.TrueCounts(), stored);
+        EXPECT_EQ(dest.Fields(&FilterSection::Count), destCuts);
+    }
+}
+
+TEST_P(FilterVectors, CombineWithThemselves) {
+    Gate gate(Cuts, 1);
+    const Bits before = gate.Storage();
+    Bits inverted = gate.Events();
+    inverted.flip();
+    EXPECT_TRUE(operations.And(gate.Sections, gate.Sections));
+    EXPECT_TRUE(operations.Or(gate.Sections, gate.Sections));
+    EXPECT_EQ(gate.Storage(), before);
+    EXPECT_TRUE(operations.Composite_Comp_Copy_NotReal(gate.Sections, gate.Sections));
+    EXPECT_EQ(gate.Events(), inverted);
+}
+
+TEST_P(FilterVectors, CopyTakesHeadersAndWholeBytesOnly) {
+    Gate dest({64}, 1, 0), source({13}, 2, 8), longer({1, 1});
+    source.Sections[0]->Tag1 = 7;
+    EXPECT_FALSE(operations.Copy(dest.Sections, longer.Sections));
+    EXPECT_TRUE(operations.Copy(dest.Sections, source.Sections));
+    EXPECT_EQ(CountSet(dest.Storage()), 8);
+    EXPECT_TRUE(dest.Sections[0]->GetFlag(7));
+    EXPECT_EQ(dest.Sections[0]->Count, 13);
+    EXPECT_EQ(dest.Sections[0]->TrueCount, 13);
+    EXPECT_EQ(dest.Sections[0]->Tag1, 7);
+}
+
+TEST_P(FilterVectors, SetAllCoversTheWholeStorage) {
+    Gate gate(Cuts, 1);
+    EXPECT_TRUE(operations.SetAllTrue(gate.Sections));
+    EXPECT_EQ(CountSet(gate.Storage()), 64 * 7);
+    EXPECT_EQ(gate.TrueCounts(), Cuts);
+    EXPECT_TRUE(operations.SetAllFalse(gate.Sections));
+    EXPECT_EQ(CountSet(gate.Storage()), 0);
+    EXPECT_EQ(gate.TrueCounts(), Counts(7, 0));
+    Filters none;
+    EXPECT_FALSE(operations.SetAllTrue(none) || operations.SetAllFalse(none));
+}
+
+TEST_P(FilterVectors, CountAndReadEvents) {
+    Gate a(Cuts, 1), b({1, 31, 30, 64, 5, 64}, 2);
+    const Bits events = a.Events();
+    EXPECT_EQ(operations.GetTotalCount(a.Sections), 174);
+    EXPECT_EQ(operations.GetTrueTotalCount(a.Sections), CountSet(events));
+    for (int i = 0; i < 174; ++i) {
+        ASSERT_EQ(operations.GetValue(a.Sections, i), events[static_cast<std::size_t>(i)]) << i;
+    }
+    EXPECT_FALSE(operations.GetValue(a.Sections, -1) || operations.GetValue(a.Sections, 174));
+
+    long common = 0;
+    b.Sections[1]->TrueCount = 0;
+    for (const std::size_t s : {0, 2, 3, 4, 5}) {
+        for (int i = 0; i < std::min(a.Sections[s]->Count, b.Sections[s]->Count); ++i) {
+            common += (*a.Sections[s])[i] && (*b.Sections[s])[i];
+        }
+    }
+    EXPECT_EQ(operations.GetTrueTotalCount(a.Sections, b.Sections), common);
+    EXPECT_EQ(operations.GetTrueTotalCount(b.Sections, a.Sections), common);
+    EXPECT_EQ(operations.CalcListSectionTrueCount(b.Sections), CountSet(b.Events()));
+    EXPECT_EQ(b.Sections[1]->TrueCount, 0);
+}
+
+TEST_P(FilterVectors, FindTheEventThatCompletesACount) {
+    Gate gate(Cuts, 5);
+    const Bits events = gate.Events();
+    int k = 0;
+    for (std::size_t i = 0; i < events.size(); ++i) {
+        if (!events[i]) continue;
+        EXPECT_EQ(operations.GetCountByTrueCount(gate.Sections, ++k), static_cast<long>(i) + 1);
+    }
+    EXPECT_EQ(operations.GetCountByTrueCount(gate.Sections, 0), 0);
+    EXPECT_EQ(operations.GetCountByTrueCount(gate.Sections, k + 1), 174);
+    const int truth = gate.Sections[1]->TrueCount;
+    gate.Sections[1]->TrueCount = 1000;
+    EXPECT_EQ(operations.GetCountByTrueCount(gate.Sections, 500), 32) << "the search ends with the section";
+    EXPECT_EQ(gate.Sections[1]->TrueCount, truth) << "which promised too much";
+}
+
+TEST_P(FilterVectors, SelectAtEitherEnd) {
+    for (const int n : {-1, 0, 1, 2, 33, 64, 65, 173, 174, 400}) {
+        SCOPED_TRACE(n);
+        Gate first(Cuts, 1, 0), last(Cuts, 1, 0);
+        operations.GetFilterSectionByCount(first.Sections, n);
+        operations.GetFilterSectionByCountReverse(last.Sections, n);
+        Bits expected(174, false);
+        std::fill_n(expected.begin(), std::clamp(n, 0, 174), true);
+        EXPECT_EQ(first.Events(), expected);
+        EXPECT_EQ(last.Events(), Bits(expected.rbegin(), expected.rend()));
+        EXPECT_EQ(operations.GetTrueTotalCount(first.Sections), CountSet(expected));
+        EXPECT_EQ(operations.GetTrueTotalCount(last.Sections), CountSet(expected));
+    }
+    // A section that is cut keeps what was set in it; one that is not reached is cleared.
+    Gate cut({40, 5}, 1, 8);
+    operations.GetFilterSectionByCount(cut.Sections, 3);
+    EXPECT_EQ(cut.TrueCounts(), (Counts{3, 0}));
+    EXPECT_EQ(CountSet(cut.Events()), 40);
+}
+
+TEST_P(FilterVectors, SelectAFractionEvenlySpacedInFloat) {
+    for (const float fraction : {0.0F, 0.1F, 0.25F, 0.3F, 0.5F, 0.999F, 1.0F, 2.0F}) {
+        Gate gate(Cuts, 1, 0);
+        operations.GetFilterSectionByPercent(gate.Sections, fraction);
+        Bits expected;
+        float position = 0;
+        int left = static_cast<int>(174.0F * fraction);
+        for (const int count : Cuts) {
+            Bits section(static_cast<std::size_t>(count));
+            for (; position < static_cast<float>(count) && left > 0; --left, position += 1.0F / fraction) {
+                section[static_cast<std::size_t>(position)] = true;
+            }
+            position -= static_cast<float>(count);
+            expected.insert(expected.end(), section.begin(), section.end());
+        }
+        EXPECT_EQ(gate.Events(), expected) << fraction;
+        if (fraction > 1) continue;  // an event may then count twice
+        EXPECT_EQ(operations.GetTrueTotalCount(gate.Sections), CountSet(expected));
+    }
+}
+
+/// Large sections, so that whole tiles and blocks of words occur.
+class LargeFilters : public ::testing::TestWithParam<InstructionSet> {
+    SmallPool pool_{4096};
+    ScopedInstructionSet set_{GetParam()};
+};
+INSTANTIATE_TEST_SUITE_P(Sets, LargeFilters, ::testing::ValuesIn(AvailableInstructionSets()));
+
+TEST_P(LargeFilters, NumberEventsByTheLastGateThatContainsThem) {
+    constexpr unsigned short Untouched = 4711;
+    for (const int gateCount : {0, 1, 2, 3, 17, 130}) {
+        for (const int count : {0, 1, 33, 511, 512, 1500, 4096}) {
+            SCOPED_TRACE(::testing::Message() << gateCount << " gates, " << count << " events");
+            const Gate base({count}, 1), gates(Counts(static_cast<std::size_t>(gateCount), count), 2, 1);
+            FilterSection* const population = base.Sections[0];
+            Filters filters = gates.Sections;
+            const int numbered = gateCount == 0 ? 0 : count;
+            std::vector<unsigned short> all(4096, 0), inBase(4096, Untouched), packed;
+            for (int i = 0; i < count; ++i) {
+                int number = gateCount;
+                while (number > 0 && !filters[static_cast<std::size_t>(number) - 1]->GetFlag(i)) {
+                    --number;
+                }
+                const bool isIn = population->GetFlag(i);
+                const auto n = static_cast<unsigned short>(number);
+                if (isIn) packed.push_back(n);
+                if (i >= numbered) continue;
+                all[static_cast<std::size_t>(i)] = n;
+                inBase[static_cast<std::size_t>(i)] = isIn && n > 0 ? n : 65535;
+            }
+            ModelSection out;
+            out.Initial();
+            operations.CalcFilterIndex(filters, &out);
+            EXPECT_EQ(out.Count, numbered);
+            EXPECT_EQ(std::vector<unsigned short>(out.Values, out.Values + 4096), all);
+            std::fill_n(out.Values, 4096, Untouched);
+            operations.CalcFilterIndex(population, filters, &out);
+            EXPECT_EQ(out.Count, numbered);
+            EXPECT_EQ(std::vector<unsigned short>(out.Values, out.Values + 4096), inBase);
+            operations.CalcFilterIndexInTrue(population, filters, &out);
+            EXPECT_EQ(std::vector<unsigned short>(out.Values, out.Values + out.Count), packed);
+            out.Release();
+        }
+    }
+}
+
+TEST_P(LargeFilters, PackTheGatesOfAPopulation) {
+    const Counts counts{4096, 1, 0, 4096, 33, 2500, 4096};
+    for (const unsigned density : {0U, 1U, 4U, 8U}) {
+        Gate base(counts, 1, density), first(counts, 2), second(counts, 3, 7), packed({5}, 4), made;
+        std::vector<Filters*> gates{&first.Sections, &second.Sections};
+        std::vector<Filters*> outputs{&packed.Sections, &made.Sections};
+        operations.ExtratTrueFilter(base.Sections, gates, outputs);
+        const Bits selected = base.Events();
+        for (const auto& [gate, out] : {std::pair(&first, &packed), std::pair(&second, &made)}) {
+            const Bits events = gate->Events();
+            Bits expected;
+            for (std::size_t i = 0; i < events.size(); ++i) {
+                if (selected[i]) expected.push_back(events[i]);
+            }
+            EXPECT_EQ(out->Events(), expected);
+            EXPECT_EQ(operations.GetTrueTotalCount(out->Sections), CountSet(expected));
+            Counts full(expected.size() / 4096 + 1, 4096);
+            full.back() = static_cast<int>(expected.size() % 4096);
+            EXPECT_EQ(out->Fields(&FilterSection::Count), full);
+        }
+    }
+}
+
+TEST(FilterSections, PackingUpToTheBorderEndsWithAnEmptySection) {
+    const SmallPool pool;
+    Gate base({40, 64}, 1, 8), gate({40, 64}, 2), out;
+    base.Sections[1]->SetFlag(24, 40, false);
+    std::vector<Filters*> gates{&gate.Sections}, outputs{&out.Sections};
+    operations.ExtratTrueFilter(base.Sections, gates, outputs);
+    EXPECT_EQ(out.Fields(&FilterSection::Count), (Counts{64, 0}));
+}
+
+TEST(FilterSections, AreMadeParallelAndCleared) {
+    const SmallPool pool;
+    Gate gate({1, 2, 3}, 1, 8);
+    Counts fewer{64, 5}, more{7, 0, 64, 33};
+    operations.SynchronousVectorSection(gate.Sections, fewer);
+    EXPECT_EQ(gate.Fields(&FilterSection::Count), fewer);
+    EXPECT_EQ(gate.TrueCounts(), (Counts{1, 2})) << "kept until they are counted again";
+    operations.SetAllTrue(gate.Sections);
+    const Gate other(more);
+    Filters parallel = other.Sections;
+    operations.SynchronousVectorSection(gate.Sections, parallel);
+    EXPECT_EQ(gate.Fields(&FilterSection::Count), more);
+    EXPECT_EQ(CountSet(gate.Storage()), 0);
+    std::vector<EventSection> events(3);
+    std::vector<EventSection*> sample{&events[0], &events[1], &events[2]};
+    events[2].Count = 9;
+    operations.SynchronousVectorSection(gate.Sections, sample);
+    EXPECT_EQ(gate.Fields(&FilterSection::Count), (Counts{0, 0, 9}));
+}
+
+TEST(FilterSections, FollowOneAnother) {
+    const SmallPool pool;
+    Gate gate({3});
+    FilterSection foreign;
+    try {
+        operations.GetNextSection(gate.Sections, &foreign);
+        ADD_FAILURE() << "a foreign section was taken";
+    } catch (InvalidParameterException* error) {
+        EXPECT_STREQ(error->GetMessageException(), "The section object is not in vector.");
+        delete error;
+    }
+    FilterSection* next = operations.GetNextSection(gate.Sections, gate.Sections[0]);
+    EXPECT_EQ(gate.Sections.at(1), next);
+    EXPECT_EQ(next->Index, 1);
+    next->SetAll(true);
+    EXPECT_EQ(operations.GetNextSection(gate.Sections, nullptr), gate.Sections[0]);
+    EXPECT_EQ(gate.Sections[0]->Count, 0);
+}
+
+TEST(FilterSections, GiveBackWhatTheyTookWhenThePoolIsExhausted) {
+    ForEachFailingAllocation([] {
+        Gate base({64, 64}, 1, 8), gate({64, 64}, 2), out;
+        std::vector<Filters*> gates{&gate.Sections}, outputs{&out.Sections};
+        operations.ExtratTrueFilter(base.Sections, gates, outputs);
+        operations.Composite_Comp_Copy_NotRealAndParent(gate.Sections, base.Sections, base.Sections);
+    });
+}
+
+}  // namespace
+}  // namespace Orvane::Testing
