@@ -18,6 +18,7 @@
 #include "foundation/convert.h"
 #include "sections/kernels.h"
 #include "tests/support/awkward.h"
+#include "tests/support/exceptions.h"
 #include "tests/support/instruction_sets.h"
 #include "tests/support/pool.h"
 
@@ -31,17 +32,6 @@ int ColumnsInUse() {
     MemoryStatisticsInfo info;
     MemoryManage::GetStatisticsInfo(info);
     return info.UsedFloatCount;
-}
-
-template <class Exception>
-std::string MessageOf(const std::function<void()>& operation) {
-    try {
-        operation();
-    } catch (Exception* error) {
-        const std::unique_ptr<Exception> owner(error);
-        return error->GetMessageException();
-    }
-    return "nothing thrown";
 }
 
 /// An event section of full columns, with numbers that differ between columns and events.

@@ -1,0 +1,23 @@
+// Catching what the library throws: a pointer to an exception object that the catcher deletes.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <orvane/Exceptions.h>
+
+namespace Orvane::Testing {
+
+/// The message of the `Exception*` that `operation` throws.
+template <class Exception, class Operation>
+std::string MessageOf(Operation operation) {
+    try {
+        operation();
+    } catch (Exception* error) {
+        const std::unique_ptr<Exception> owner(error);
+        return error->GetMessageException();
+    }
+    return "nothing thrown";
+}
+
+}  // namespace Orvane::Testing
