@@ -19,8 +19,7 @@ namespace {
 constexpr int SectionCount = 16;
 constexpr int Events = 65536;
 
-/// Half of the filter bits set at random, a value around a positive mean for every event, and room for
-/// results.
+/// Half of the filter bits set at random, values around a positive mean, and room for results.
 struct Sample {
     struct Part {
         FilterSection Filter, Other;

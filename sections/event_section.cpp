@@ -43,8 +43,7 @@ float** NewTable(int signalCount) {
     return new float*[signalCount]();
 }
 
-/// New columns for the signals without a shared one, in signal order. They return to the pool unless handed
-/// over.
+/// New columns for the signals without a shared one, in signal order. What is not handed over goes back.
 template <class IsShared>
 std::vector<PooledColumn> TakeColumns(int signalCount, IsShared isShared) {
     std::vector<PooledColumn> columns;
@@ -76,8 +75,8 @@ void ForEachOwnColumn(EventSection& section, IsShared isShared, Action action) {
     }
 }
 
-/// A column leaves the table before it is returned: when the pool refuses one, releasing again goes on behind
-/// it.
+/// A column leaves the table before it is returned: when the pool refuses it, releasing again goes on
+/// behind it.
 template <class IsShared>
 void ReleaseColumns(EventSection& section, IsShared isShared) {
     ForEachOwnColumn(section, isShared, [&section](int s) {

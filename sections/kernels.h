@@ -24,8 +24,8 @@ int CountBits(const std::uint32_t* words, int bits);
 /// The number of bits set in both among the first `bits`.
 int CountCommonBits(const std::uint32_t* a, const std::uint32_t* b, int bits);
 
-/// The length of the shortest prefix with `k` set bits; 0 for `k` below 1, and when the first `bits` bits
-/// hold fewer.
+/// The length of the shortest prefix with `k` set bits; 0 for `k` below 1, and when the first `bits`
+/// bits hold fewer.
 int PrefixWithSetBits(const std::uint32_t* words, int bits, int k);
 
 /// Adds `delta` to every value.
@@ -38,8 +38,8 @@ void FillWithIndex(float* values, int count);
 /// one-by-one loop: NaN is skipped, a starting NaN stays, and of zeros of both signs the first met is kept.
 void FindMaxAndMin(const float* values, int count, float& max, float& min);
 
-/// model[i] = low 16 bits of `(values[i] - low) * factor` in float, truncated toward zero; 0 for NaN and
-/// beyond 64 bits.
+/// model[i] = low 16 bits of `(values[i] - low) * factor` in float, truncated toward zero; 0 for
+/// NaN and beyond 64 bits.
 void ScaleToModel(const float* values, int count, float low, float factor, unsigned short* model);
 
 /// The sum of the values, added in order in double.

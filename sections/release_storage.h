@@ -5,8 +5,8 @@
 
 namespace Orvane {
 
-/// Clears the header, then returns the storage, if any: releasing again is harmless, also when the pool
-/// refuses.
+/// Clears the header, then returns the storage, if any: when the pool refuses it, releasing again is
+/// harmless.
 template <class Section, class Storage, class Free>
 void ReleaseStorage(Section& section, Storage*& storage, Free free) {
     Storage* released = std::exchange(storage, nullptr);

@@ -142,8 +142,8 @@ TEST(Matrix, CopiesAreDeepAndMovesLeaveAnEmptyMatrix) {
     EXPECT_EQ(copy.GetData(), data) << "same size: the data stay where they are";
     OVMatrix moved = std::move(copy);
     EXPECT_EQ(moved.GetData(), data);
-    EXPECT_EQ(copy.GetRowNum() + copy.GetColumnNum(), 0);  // NOLINT(bugprone-use-after-move)
-    EXPECT_EQ(copy.GetData(), nullptr);
+    // NOLINTNEXTLINE(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
+    EXPECT_TRUE(copy.GetData() == nullptr && copy.GetRowNum() == 0 && copy.GetColumnNum() == 0);
     copy = std::move(moved);
     OVMatrix& alias = copy;
     copy = alias;

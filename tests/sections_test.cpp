@@ -1,9 +1,9 @@
 // Section records: who returns which column, moves of events, filter bits, counters; the section utility.
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <climits>
 #include <cmath>
-#include <cstring>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -69,8 +69,7 @@ TEST(EventSections, EveryFormOfSharingReturnsEachColumnExactlyOnce) {
             EXPECT_EQ(ColumnsInUse(), 3);
             EXPECT_EQ(section.Signals, nullptr);
         }
-        // The wrong form returns shared columns twice. The pool says so, and releasing again goes on behind
-        // them.
+        // The wrong form returns shared columns twice. The pool says so, and releasing again goes on.
         share(raw, section);
         raw.Release();
         EXPECT_EQ(MessageOf<RepeatFreeException>([&] { section.Release(); }), "Repeat free memory.");
@@ -257,9 +256,9 @@ struct TestFilter : FilterSection {
             SetFlag(i, random() % 8 < density);
     }
     std::vector<bool> Bits() const {
-        std::vector<bool> bits;
+        std::vector<bool> bits(Capacity);
         for (int i = 0; i < Capacity; ++i)
-            bits.push_back(GetFlag(i));
+            bits[i] = GetFlag(i);
         return bits;
     }
     std::vector<std::uint32_t> Words;
@@ -323,7 +322,7 @@ TEST(FilterSections, RangesAndCopiesLeaveTheOtherBitsAlone) {
 TEST_P(EveryInstructionSet, ExtremesHaveTheBitsOfTheOneByOneLoop) {
     for (unsigned seed = 0; seed < 200; ++seed) {
         std::vector<float> values = RandomFloats(static_cast<int>(seed), seed);
-        // Mostly zeros of both signs below or above nothing else.
+        // One in four columns has only zeros of both signs, one in four nothing below them.
         for (float& value : values) {
             if (seed % 2 == 0) value = std::copysign(seed % 4 == 0 ? 0.0F : std::fabs(value), value);
         }
@@ -334,8 +333,8 @@ TEST_P(EveryInstructionSet, ExtremesHaveTheBitsOfTheOneByOneLoop) {
                 if (value < expectedMin) expectedMin = value;
             }
             FindMaxAndMin(values.data(), static_cast<int>(values.size()), max, min);
-            ASSERT_EQ(std::memcmp(&max, &expectedMax, sizeof max), 0) << max << ", " << expectedMax;
-            ASSERT_EQ(std::memcmp(&min, &expectedMin, sizeof min), 0) << min << ", " << expectedMin;
+            ASSERT_EQ(std::bit_cast<int>(max), std::bit_cast<int>(expectedMax)) << max << ", " << expectedMax;
+            ASSERT_EQ(std::bit_cast<int>(min), std::bit_cast<int>(expectedMin)) << min << ", " << expectedMin;
         }
     }
 }

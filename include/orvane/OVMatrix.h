@@ -70,8 +70,8 @@ public:
     bool IsEquals(const OVMatrix& other) const;
     /// Whether every element differs from the one at the same place in the data of `other` by less than
     /// 10^-precision; a NaN differs from nothing. The sizes are not compared: `other` must hold at least as
-    /// many elements. Throws "Precision cannot be negative.", and "High precision, no support." for 16 and
-    /// above.
+    /// many elements. Throws "Precision cannot be negative.", and "High precision, no support." for
+    /// 16 and above.
     bool IsEquals(const OVMatrix& other, int precision) const;
 
     /// Whether the matrix is square and not empty.

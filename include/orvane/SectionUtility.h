@@ -27,8 +27,8 @@ public:
 
     /// Takes the header over into `model` and stores for every value the low 16 bits of
     /// `(value - low) * ((high - low) / Capacity)`, computed in float and truncated toward zero: values below
-    /// `low` wrap around, NaN and values beyond 64 bits give 0. Without storage only the header is taken
-    /// over.
+    /// `low` wrap around, NaN and values beyond 64 bits give 0. Without storage only the
+    /// header is taken over.
     virtual void ConvertSection(SignalSection* section, ModelSection* model, float high, float low) = 0;
     /// ConvertSection for every signal section into the model section at the same position.
     virtual void ConvertSectionArray(std::vector<SignalSection*>& signals, std::vector<ModelSection*>& models,

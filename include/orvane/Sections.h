@@ -11,8 +11,7 @@
 // says. Indices are not checked.
 //
 // A failing pool throws OutOfMemoryException* from every operation that takes storage; the record is then as
-// it was before the call. Returning storage that is not in use throws RepeatFreeException* or
-// InvalidMemoryException*.
+// it was. Returning what is not in use throws RepeatFreeException* or InvalidMemoryException*.
 #pragma once
 
 #include <cstdint>
@@ -26,9 +25,9 @@ namespace Orvane {
 struct ORVANE_API BaseSection {
     int Count = 0;     ///< valid entries, 0 to `Capacity`
     int Capacity = 0;  ///< entries that the storage can hold; set by `Initial`
-    int Tag1 = 0;      ///< carried along; in a SegmentSection read from a file, its first event
-    int Tag2 = 0;  ///< carried along; in a SegmentSection read from a file, the end of its events (exclusive)
-    int Index = 0;  ///< position of the section within its vector
+    int Tag1 = 0;      ///< carried along; of a file segment, its first event
+    int Tag2 = 0;      ///< carried along; of a file segment, the end of its events (exclusive)
+    int Index = 0;     ///< position of the section within its vector
 
     /// Takes over the five fields of `src`.
     void Copy(BaseSection& src);
@@ -55,14 +54,13 @@ struct ORVANE_API SignalSection : BaseSection {
 /// A column belongs to the section, or it is shared: another section owns it and the same pointer stands in
 /// both tables. The section does not know which. The caller says so on each call, in one of three forms:
 /// - reuse flags: one entry per signal, true for a shared column;
-/// - a signal map: one entry per signal, -1 for an own column, otherwise the signal of the source section
-/// whose
-///   column is shared;
+/// - a signal map: one entry per signal, -1 for an own column, otherwise the signal of the source
+///   section whose column is shared;
 /// - a reference section: a column is shared when the reference has the same pointer at the same position.
 ///
 /// The pointers stand in a table from the ordinary heap. "Sizes the table" means: a table with exactly the
-/// wanted number of entries is kept as it stands, any other is deleted (not its columns) and replaced by one
-/// with nulls.
+/// wanted number of entries is kept as it stands, any other is deleted (not its columns) and replaced
+/// by one with nulls.
 struct ORVANE_API EventSection : BaseSection {
     int SignalCount = 0;
     float** Signals = nullptr;
@@ -72,12 +70,11 @@ struct ORVANE_API EventSection : BaseSection {
     bool Initial(int signalCount);
     /// Sizes the table and sets every entry to null, to be filled with SetShareSignal. Returns true.
     bool Initial_Share(int signalCount);
-    /// Sizes the table to `src` and fills it with the shared columns of `src` and with new ones. Returns
-    /// true.
+    /// Sizes the table to `src` and fills it with shared columns of `src` and new ones. Returns true.
     bool Initial(EventSection& src, std::vector<bool>& reuse);
     /// Fills the table with new columns and with the mapped columns of `src`. `SignalCount` becomes the size
-    /// of `map`, but a table that exists is kept whatever its length; it must hold that many entries. Returns
-    /// true.
+    /// of `map`, but a table that exists is kept whatever its length; it must hold that many entries.
+    /// Returns true.
     bool Initial(EventSection& src, std::vector<int>& map);
 
     /// Returns every column that is not null, deletes the table and clears every field.
@@ -201,8 +198,8 @@ struct ORVANE_API CountSection : BaseSection {
     int& operator[](int i) const;
     /// Recomputes `TotalCount`, in 32-bit arithmetic.
     void CalcTotalCount();
-    /// Scales every counter by the double `1.0 / d`, adds 0.5 and truncates: halves of positive counters go
-    /// up.
+    /// Scales every counter by the double `1.0 / d`, adds 0.5 and truncates: halves of positive counters
+    /// go up.
     void DivValue(int d) const;
 };
 
