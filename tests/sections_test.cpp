@@ -322,9 +322,10 @@ TEST(FilterSections, RangesAndCopiesLeaveTheOtherBitsAlone) {
 TEST_P(EveryInstructionSet, ExtremesHaveTheBitsOfTheOneByOneLoop) {
     for (unsigned seed = 0; seed < 200; ++seed) {
         std::vector<float> values = RandomFloats(static_cast<int>(seed), seed);
-        // One in four columns has only zeros of both signs, one in four nothing below them.
+        // One column in two is made of zeros of both signs and of values on one side of them.
         for (float& value : values) {
-            if (seed % 2 == 0) value = std::copysign(seed % 4 == 0 ? 0.0F : std::fabs(value), value);
+            const float other = seed % 4 == 0 ? 1.0F : -1.0F;
+            if (seed % 2 == 0) value = std::fabs(value) < 100.0F ? std::copysign(0.0F, value) : other;
         }
         for (const float start : {0.0F, -0.0F, -5.0F, 5.0F, NaN, Infinity, -Infinity}) {
             float max = start, min = start, expectedMax = start, expectedMin = start;
