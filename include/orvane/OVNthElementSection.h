@@ -15,8 +15,8 @@ namespace Orvane {
 /// taken from the pool and nothing is thrown.
 class ORVANE_API OVNthElementSection {
 public:
-    /// Ranges of at most `sortLength` values are sorted rather than narrowed further. It changes the speed
-    /// and the order among the other values, never a result; lengths above 64 act as 64.
+    /// Once no more than `sortLength` values are left to choose from they are sorted. It changes the order
+    /// among the other values, never a result.
     explicit OVNthElementSection(int sortLength = 16);
 
     /// Reorders the values of positions `first` to `last` (exclusive), moving them across sections, until the
