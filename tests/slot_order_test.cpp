@@ -17,6 +17,7 @@
 #include <orvane/OVModelSection.h>
 #include <orvane/OVSegmentSection.h>
 #include <orvane/OVSignalSection.h>
+#include <orvane/OVStatisticsSignalSection.h>
 #include <orvane/SectionUtility.h>
 
 namespace Orvane {
@@ -156,6 +157,47 @@ TEST(SlotOrder, FilterSection) {
         &I::Composite_Comp_And_NotRealAndParent, &I::Composite_Comp_Or_NotReal,
         &I::Composite_Comp_And_NotReal, &I::GetCountByTrueCount, &I::GetFilterSectionByPercent,
         &I::GetFilterSectionByCount, &I::GetFilterSectionByCountReverse);
+}
+
+TEST(SlotOrder, StatisticsSignalSection) {
+    using I = IOVStatisticsSignalSection;
+    ExpectSlotsFromOne<I>(
+        Taking<Signals&, Filters&, int&, float&, float&>::Of(&I::Average),
+        Taking<Signals&, Filters&, int&>::Of(&I::Average),
+        Taking<Signals&, int&, float&, float&>::Of(&I::Average), Taking<Signals&, int&>::Of(&I::Average),
+        Taking<Signals&>::Of(&I::Average), &I::Average_BackupAndSeparateSection_2Part,
+        &I::Average_BackupAndSeparateSection_4Part, &I::BackupAndSeparateSection,
+        &I::BackupAndSeparateSection_4Part, &I::BackupSignalSection_LessMinValue,
+        Taking<Signals&, Filters&, Signals&>::Of(&I::BackupSignalSection),
+        Taking<Signals&, Signals&>::Of(&I::BackupSignalSection), &I::CalcActual_4Part, &I::CalcMedian_2Part,
+        &I::CalcMedian_4Part, Taking<Signals&, Filters&>::Of(&I::CalcRSDForQC),
+        Taking<Signals&>::Of(&I::CalcRSDForQC),
+        Taking<Signals&, Filters&, float&, float&>::Of(&I::CalcStatistic_ActualMinMax),
+        Taking<Signals&, float&, float&>::Of(&I::CalcStatistic_ActualMinMax),
+        Taking<Signals&, Filters&, float&, float&>::Of(&I::CalcStatistic_RealMinMax),
+        Taking<Signals&, float&, float&>::Of(&I::CalcStatistic_RealMinMax),
+        Taking<Signals&, Filters&, float&, float&>::Of(&I::CalcStatistic_Average_Median),
+        Taking<Signals&, float&, float&>::Of(&I::CalcStatistic_Average_Median),
+        &I::CalcStatistic_AverageMedian, &I::CalcStatistic_AverageMedianRCVRSD,
+        Taking<Signals&, Filters&, float&, float&, float&>::Of(&I::CalcStatistic_AverageCVSD),
+        Taking<Signals&, float&, float&, float&>::Of(&I::CalcStatistic_AverageCVSD),
+        Taking<Signals&, Filters&, OVSignalStatistics&>::Of(&I::CalcStatistic_MorePara),
+        Taking<Signals&, OVSignalStatistics&>::Of(&I::CalcStatistic_MorePara),
+        &I::CalcStatistic_MorePara_4Part,
+        Taking<Signals&, Filters&, float, OVSignalStatistics&, int&>::Of(&I::CalcStatistic_MoreParaQC),
+        Taking<Signals&, float, OVSignalStatistics&, int&>::Of(&I::CalcStatistic_MoreParaQC),
+        &I::DifferenceMedianAndSeparateSection_4Part, &I::SeparateSection_4Part,
+        Taking<Signals&, Filters&, float&, float&>::Of(&I::FindMinMax),
+        Taking<Signals&, float&, float&>::Of(&I::FindMinMax),
+        Taking<Signals&, Filters&, double*, int, Signals&>::Of(&I::GenerateVirtualVectorSignalSection),
+        Taking<Signals&, double*, int, Signals&>::Of(&I::GenerateVirtualVectorSignalSection), &I::GetMaxValue,
+        &I::GetMinValue, Taking<Signals&, Filters&, int, unsigned, Signals&>::Of(&I::GetRandomDatas),
+        Taking<Signals&, int, unsigned, Signals&>::Of(&I::GetRandomDatas),
+        Taking<Signals&, Filters&>::Of(&I::CV), Taking<Signals&>::Of(&I::CV), &I::Median, &I::RobustCV,
+        Taking<Signals&, float>::Of(&I::RobustSD), Taking<Signals&, float, float>::Of(&I::RobustSD),
+        &I::RobustSD_LessMinValue, Taking<Signals&, Filters&, float>::Of(&I::SD),
+        Taking<Signals&, float>::Of(&I::SD), Taking<Signals&>::Of(&I::SD),
+        Taking<Signals&, Filters&>::Of(&I::SD));
 }
 
 /// Brings the private operations, whose slots are as fixed as the others, into the open.

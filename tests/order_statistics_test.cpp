@@ -1,0 +1,241 @@
+// Order statistics against sorting, over data that mislead a selection: equal values, few channels, ordered
+// data, infinities, NaN.
+#include <gtest/gtest.h>
+
+#include <numeric>
+#include <string>
+
+#include <orvane/OVNthElementSection.h>
+#include <orvane/OVStatisticsSignalSection.h>
+
+#include "operations/order_kernels.h"
+#include "support/awkward.h"
+#include "support/instruction_sets.h"
+#include "support/pool.h"
+#include "support/population.h"
+
+namespace Orvane::Testing {
+namespace {
+
+OVStatisticsSignalSection statistics;
+
+/// NaN above every number, zeros equal: the order of the medians.
+Floats Sorted(Floats values) {
+    std::sort(values.begin(), values.end(),
+              [](float a, float b) { return std::isnan(b) ? !std::isnan(a) : a < b; });
+    for (float& value : values)
+        value += 0.0F;
+    return values;
+}
+
+float MedianBySorting(const Floats& values) {
+    if (values.empty()) return 0;
+    const Floats sorted = Sorted(values);
+    const std::size_t n = sorted.size();
+    return static_cast<float>((static_cast<double>(sorted[(n - 1) / 2]) + sorted[n / 2]) * 0.5);
+}
+
+Floats Deviations(Floats values, float median) {
+    for (float& x : values)
+        x = x <= median ? median - x : x - median;
+    return values;
+}
+
+float RobustSDBySorting(const Floats& values, float median) {
+    return static_cast<float>(MedianBySorting(Deviations(values, median)) * 1.4826);
+}
+
+Floats Selected(const Floats& values, bool (*keep)(float)) {
+    Floats kept;
+    std::copy_if(values.begin(), values.end(), std::back_inserter(kept), keep);
+    return kept;
+}
+
+struct DataSet {
+    std::string Name;
+    Floats Values;
+};
+
+std::vector<DataSet> DataSets() {
+    std::vector<DataSet> sets;
+    for (const int count : {0, 1, 2, 3, 4, 100, 2048, 2049, 20000, 70001})
+        sets.push_back(
+            {"random " + std::to_string(count), RandomFloats(count, static_cast<unsigned>(count) + 1)});
+    const Floats many = RandomFloats(9000, 7);
+    const auto add = [&](const char* name, float (*change)(float, int)) {
+        Floats values = many;
+        for (std::size_t i = 0; i < values.size(); ++i)
+            values[i] = change(values[i], static_cast<int>(i));
+        sets.push_back({name, values});
+    };
+    add("equal", [](float, int) { return 7.0F; });
+    add("two values, even split", [](float, int i) { return i % 2 == 0 ? 1.0F : 3.0F; });
+    add("two values, two to one", [](float, int i) { return i % 3 == 0 ? 1.0F : 3.0F; });
+    add("zeros of both signs", [](float, int i) { return i % 2 == 0 ? -0.0F : 0.0F; });
+    add("channels", [](float, int i) { return static_cast<float>(i * 2654435761U >> 22); });
+    add("four channels", [](float, int i) { return static_cast<float>(i * 2654435761U >> 30); });
+    add("ascending", [](float, int i) { return static_cast<float>(i); });
+    add("descending", [](float, int i) { return static_cast<float>(-i); });
+    add("infinities", [](float, int i) { return i % 2 == 0 ? -Infinity : Infinity; });
+    add("mostly negative infinity", [](float x, int i) { return i % 4 == 0 ? x : -Infinity; });
+    add("all NaN", [](float, int) { return std::nanf(""); });
+    add("one NaN", [](float x, int i) { return i == 99 ? std::nanf("") : std::isnan(x) ? 0.0F : x; });
+    add("half NaN", [](float, int i) { return i % 2 == 0 ? std::nanf("") : 1.0F; });
+    return sets;
+}
+
+class OrderStatistics : public ::testing::TestWithParam<InstructionSet> {
+    ScopedInstructionSet set_{GetParam()};
+};
+INSTANTIATE_TEST_SUITE_P(Sets, OrderStatistics, ::testing::ValuesIn(AvailableInstructionSets()));
+
+TEST_P(OrderStatistics, EqualWhatSortingGives) {
+    for (const int capacity : {96, 65536}) {
+        for (const DataSet& data : DataSets()) {
+            SCOPED_TRACE(data.Name);
+            const SmallPool pool(capacity, 16);
+            Sample sample(data.Values);
+            const float median = statistics.Median(sample.Sections);
+            EXPECT_EQ(Bits({median}), Bits({MedianBySorting(data.Values)}));
+
+            const int n = static_cast<int>(data.Values.size());
+            const Floats sorted = Sorted(data.Values);
+            const auto at = [&](int tenThousandths) {
+                return sorted[static_cast<std::size_t>(n * (tenThousandths / 1e4))];
+            };
+            const double spread = n == 0 ? 0.0 : (static_cast<double>(at(8413)) - at(1587)) * 0.5;
+            EXPECT_EQ(Bits({statistics.CalcRSDForQC(sample.Sections)}), Bits({static_cast<float>(spread)}));
+
+            OVSignalStatistics row;
+            EXPECT_EQ(statistics.CalcStatistic_MorePara(sample.Sections, row), n > 0);
+            const float robustSD = RobustSDBySorting(data.Values, median);
+            EXPECT_EQ(Bits({row.Median, row.RobustSD}), Bits({median, robustSD}));
+            EXPECT_EQ(SortedBits(sample.Values()), SortedBits(data.Values));
+
+            EXPECT_EQ(Bits({statistics.RobustSD(sample.Sections, median)}), Bits({robustSD}));
+            EXPECT_EQ(SortedBits(sample.Values()), SortedBits(Deviations(data.Values, median)));
+        }
+    }
+}
+
+TEST_P(OrderStatistics, NeedNoStorageForTheMedian) {
+    for (const DataSet& data : DataSets()) {
+        SCOPED_TRACE(data.Name);
+        const SmallPool pool(96, 1);
+        Sample sample(data.Values);
+        const FailingAllocator exhausted(1);
+        EXPECT_EQ(Bits({statistics.Median(sample.Sections)}), Bits({MedianBySorting(data.Values)}));
+        EXPECT_EQ(SortedBits(sample.Values()), SortedBits(data.Values));
+    }
+}
+
+TEST_P(OrderStatistics, SeparateWithoutLosingAValueOrTheOrderOfTheParts) {
+    const std::pair<float, float> bounds[] = {{-1000, 1000},      {0, 0},        {5, -5},
+                                              {-Infinity, 3},     {0, Infinity}, {std::nanf(""), 1},
+                                              {-FLT_MAX, FLT_MAX}};
+    for (const DataSet& data : DataSets()) {
+        if (data.Values.size() > 9000) continue;
+        for (const auto& [min, max] : bounds) {
+            SCOPED_TRACE(data.Name + " from " + std::to_string(min) + " to " + std::to_string(max));
+            const SmallPool pool(4096, 16);
+            Sample sample(data.Values);
+            OwnedSignals parts[4];
+            statistics.BackupAndSeparateSection_4Part(sample.Sections, min, max, parts[0].Sections,
+                                                      parts[1].Sections, parts[2].Sections,
+                                                      parts[3].Sections);
+            Floats together;
+            std::vector<int> ends;
+            for (const OwnedSignals& part : parts) {
+                const Floats values = part.Values();
+                together.insert(together.end(), values.begin(), values.end());
+                ends.push_back(static_cast<int>(together.size()));
+            }
+            EXPECT_EQ(SortedBits(together), SortedBits(data.Values));
+            EXPECT_EQ(Bits({statistics.CalcMedian_4Part(parts[0].Sections, parts[1].Sections,
+                                                        parts[2].Sections, parts[3].Sections)}),
+                      Bits({MedianBySorting(data.Values)}));
+
+            int inPlace[4] = {0, 0, 0, ends[3]};
+            statistics.SeparateSection_4Part(sample.Sections, min, max, inPlace[0], inPlace[1], inPlace[2]);
+            EXPECT_EQ(std::vector<int>(inPlace, inPlace + 4), ends);
+            const Floats separated = sample.Values();
+            for (int part = 0, begin = 0; part < 4; begin = ends[static_cast<std::size_t>(part++)]) {
+                const int end = ends[static_cast<std::size_t>(part)];
+                EXPECT_EQ(SortedBits({separated.begin() + begin, separated.begin() + end}),
+                          SortedBits({together.begin() + begin, together.begin() + end}));
+            }
+
+            OwnedSignals lower;
+            OwnedSignals upper;
+            statistics.BackupAndSeparateSection(sample.Sections, max, lower.Sections, upper.Sections);
+            EXPECT_EQ(
+                static_cast<long>(lower.Values().size()),
+                std::count_if(separated.begin(), separated.end(), [m = max](float x) { return x < m; }));
+            EXPECT_EQ(Bits({statistics.CalcMedian_2Part(lower.Sections, upper.Sections)}),
+                      Bits({MedianBySorting(data.Values)}));
+        }
+    }
+}
+
+TEST_P(OrderStatistics, OfSelectedValuesLeaveTheDataAlone) {
+    for (const DataSet& data : DataSets()) {
+        SCOPED_TRACE(data.Name);
+        Sample sample(data.Values);
+        const Floats below = Selected(data.Values, [](float x) { return x < 3.0F; });
+        float sd = 5;
+        EXPECT_EQ(statistics.RobustSD_LessMinValue(sample.Sections, 3.0F, sd), !below.empty());
+        EXPECT_EQ(Bits({sd}),
+                  Bits({below.empty() ? 0.0F : RobustSDBySorting(below, MedianBySorting(below))}));
+
+        const Floats within = Selected(data.Values, [](float x) { return x >= -100.0F && x <= 3.0F; });
+        EXPECT_EQ(Bits({statistics.RobustSD(sample.Sections, -100.0F, 3.0F)}),
+                  Bits({RobustSDBySorting(within, MedianBySorting(within))}));
+        EXPECT_EQ(Bits(sample.Values()), Bits(data.Values));
+    }
+}
+
+TEST(NthElement, PartitionsItsRangeAndLeavesTheRestAlone) {
+    std::mt19937 random(5);
+    for (const DataSet& data : DataSets()) {
+        SCOPED_TRACE(data.Name);
+        const int count = static_cast<int>(data.Values.size());
+        const SmallPool pool(96, 16);
+        for (int round = 0; round < 5 && count > 0; ++round) {
+            const auto below = [&](int bound) {
+                return static_cast<int>(random() % static_cast<unsigned>(bound));
+            };
+            const int first = round == 0 ? 0 : below(count);
+            const int last = round == 0 ? count : first + 1 + below(count - first);
+            const int nth = first + below(last - first);
+            Sample sample(data.Values);
+            OVNthElementSection selection(round == 1 ? 1 << 30 : 16);
+            const float found = selection.Nth_Element(sample.Sections, first, nth, last);
+
+            const auto range = [&](const Floats& v, int a, int b) {
+                return Floats(v.begin() + a, v.begin() + b);
+            };
+            const Floats after = sample.Values();
+            const Floats sorted = Sorted(range(data.Values, first, last));
+            const auto rank = static_cast<std::size_t>(nth - first);
+            EXPECT_EQ(Bits({found}), Bits({sorted[rank]}));
+            EXPECT_EQ(Bits(Sorted(range(after, first, nth))), Bits(range(sorted, 0, nth - first)));
+            EXPECT_EQ(Bits(Sorted(range(after, nth, last))), Bits(range(sorted, nth - first, last - first)));
+            EXPECT_EQ(SortedBits(range(after, first, last)), SortedBits(range(data.Values, first, last)));
+            EXPECT_EQ(Bits(range(after, 0, first)), Bits(range(data.Values, 0, first)));
+            EXPECT_EQ(Bits(range(after, last, count)), Bits(range(data.Values, last, count)));
+            EXPECT_EQ(Bits({selection.Min(sample.Sections, nth, last)}), Bits({sorted[rank]}));
+        }
+    }
+}
+
+TEST(NthElement, RefusesARangeThatIsNone) {
+    Sample sample({3, 1, 2});
+    OVNthElementSection selection;
+    for (const auto& [first, nth, last] : {std::tuple{-1, 0, 3}, {0, 3, 3}, {2, 1, 3}, {0, 0, 4}, {1, 1, 1}})
+        EXPECT_TRUE(std::isnan(selection.Nth_Element(sample.Sections, first, nth, last)));
+    EXPECT_TRUE(std::isnan(selection.Min(sample.Sections, 2, 2)));
+    EXPECT_EQ(sample.Values(), (Floats{3, 1, 2}));
+}
+
+}  // namespace
+}  // namespace Orvane::Testing

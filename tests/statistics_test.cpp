@@ -1,0 +1,387 @@
+// Population statistics against the sums in their stated order, gated forms against extracting and the plain
+// form, copies against models.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <limits>
+
+#include <orvane/OVStatisticsSignalSection.h>
+
+#include "operations/statistics_kernels.h"
+#include "support/awkward.h"
+#include "support/instruction_sets.h"
+#include "support/pool.h"
+#include "support/population.h"
+
+namespace Orvane::Testing {
+namespace {
+
+OVStatisticsSignalSection statistics;
+
+Floats FiniteFloats(int count, unsigned seed) {
+    Floats values = RandomFloats(count, seed);
+    std::replace_if(
+        values.begin(), values.end(), [](float x) { return !(std::fabs(x) < 1e30F); }, 17.0F);
+    return values;
+}
+
+class Statistics : public ::testing::TestWithParam<InstructionSet> {
+    SmallPool pool_{96};
+    ScopedInstructionSet set_{GetParam()};
+};
+INSTANTIATE_TEST_SUITE_P(Sets, Statistics, ::testing::ValuesIn(AvailableInstructionSets()));
+
+TEST_P(Statistics, SumEveryColumnInItsOrder) {
+    const Floats values = FiniteFloats(4000, 3);
+    for (const int columns : {1, 2, 3, 5, 8, 9, 40}) {
+        std::mt19937 random(static_cast<unsigned>(columns));
+        std::vector<std::span<const float>> spans;
+        std::vector<double> sums;
+        std::vector<double> squares;
+        for (int c = 0; c < columns; ++c) {
+            spans.emplace_back(values.data() + random() % 100, c == 3              ? 0
+                                                               : random() % 3 == 0 ? 1000
+                                                                                   : random() % 200);
+            double sum = 0;
+            double square = 0;
+            for (const float value : spans.back()) {
+                const double difference = value - 12.5F;
+                sum += value;
+                square += difference * difference;
+            }
+            sums.push_back(sum);
+            squares.push_back(square);
+        }
+        std::vector<double> result(spans.size());
+        SumColumns(spans, result.data());
+        EXPECT_EQ(result, sums);
+        SumSquaresOfColumns(spans, 12.5F, result.data());
+        EXPECT_EQ(result, squares);
+    }
+}
+
+TEST_P(Statistics, OfMomentsFollowTheirFormulas) {
+    for (const int count : {0, 1, 2, 65, 97, 98, 500, 3000}) {
+        SCOPED_TRACE(count);
+        Sample sample(FiniteFloats(count, 11));
+        double total = 0;
+        for (const SignalSection* section : sample.Sections) {
+            double partial = 0;
+            for (int i = 0; i < section->Count; ++i)
+                partial += section->Values[i];
+            total += partial;
+        }
+        const auto mean = static_cast<float>(total / count);
+        double squares = 0;
+        for (const SignalSection* section : sample.Sections) {
+            double partial = 0;
+            for (int i = 0; i < section->Count; ++i)
+                partial += static_cast<double>(section->Values[i] - mean) * (section->Values[i] - mean);
+            squares += partial;
+        }
+        const float sd = count == 1 ? 0.0F : static_cast<float>(std::sqrt(squares / (count - 1)));
+        float min = FLT_MAX;
+        float max = -FLT_MAX;
+        for (const float value : sample.Values()) {
+            min = std::min(min, value);
+            max = std::max(max, value);
+        }
+
+        OVSignalStatistics row;
+        float average = 0;
+        float cv = 0;
+        float deviation = 0;
+        EXPECT_EQ(statistics.CalcStatistic_AverageCVSD(sample.Sections, average, cv, deviation), count > 0);
+        statistics.CalcStatistic_MorePara(sample.Sections, row);
+        EXPECT_EQ(row.Count, count);
+        EXPECT_EQ(Bits({statistics.Average(sample.Sections), average, row.Average}),
+                  Bits({mean, mean, mean}));
+        EXPECT_EQ(Bits({statistics.SD(sample.Sections), deviation, row.SD}), Bits({sd, sd, sd}));
+        EXPECT_EQ(Bits({statistics.CV(sample.Sections), cv, row.CV}),
+                  Bits({sd / mean, std::fabs(sd / mean), sd / mean}));
+        EXPECT_EQ(Bits({row.Min, row.Max}), Bits({min, max}));
+    }
+}
+
+TEST_P(Statistics, OfRangesDifferInWhatTheyPassOver) {
+    constexpr float Infinity = std::numeric_limits<float>::infinity();
+    const float nan = std::nanf("");
+    struct Row {
+        Floats Values, Actual, Real;
+    };
+    for (const auto& [values, actual, real] :
+         {Row{{2, -1, nan, 5}, {-1, 5}, {-1, 5}}, Row{{2, -Infinity, nan}, {-Infinity, 2}, {2, 2}},
+          Row{{Infinity, nan}, {Infinity, Infinity}, {0, 0}}, Row{{nan}, {0, 0}, {0, 0}},
+          Row{{}, {0, 0}, {0, 0}}}) {
+        Sample sample(values);
+        float min = 9;
+        float max = 9;
+        EXPECT_EQ(statistics.CalcStatistic_ActualMinMax(sample.Sections, min, max), actual != Floats({0, 0}));
+        EXPECT_EQ((Floats{min, max}), actual);
+        EXPECT_EQ((Floats{statistics.GetMinValue(sample.Sections), statistics.GetMaxValue(sample.Sections)}),
+                  actual);
+        EXPECT_EQ(statistics.CalcStatistic_RealMinMax(sample.Sections, min, max), real != Floats({0, 0}));
+        EXPECT_EQ((Floats{min, max}), real);
+    }
+    Sample sample({2, 5});
+    float min = 3;
+    float max = 4;
+    statistics.FindMinMax(sample.Sections, min, max);
+    EXPECT_EQ((Floats{min, max}), (Floats{2, 5}));
+}
+
+/// What an operation yields: its numbers, then the values of the vector that it fills.
+using Operation = std::function<void(Sample&, Gate*, Floats&, Signals&)>;
+
+/// `run` takes the numbers, the vector, and the population: sections alone, or sections and filters.
+template <class Run>
+Operation PlainOrGated(Run run) {
+    return [run](Sample& sample, Gate* gate, Floats& numbers, Signals& out) {
+        if (gate != nullptr) {
+            run(numbers, out, sample.Sections, gate->Sections);
+        } else {
+            run(numbers, out, sample.Sections);
+        }
+    };
+}
+
+std::vector<Operation> GatedOperations() {
+    return {
+        PlainOrGated([](Floats& n, Signals&, auto&... population) {
+            int count = 0;
+            n.resize(3);
+            n[0] = statistics.Average(population..., count, n[1], n[2]);
+            n.insert(n.end(), {static_cast<float>(count), statistics.Average(population..., count)});
+        }),
+        PlainOrGated([](Floats& n, Signals&, auto&... population) {
+            n = {statistics.SD(population...), statistics.SD(population..., 3.5F),
+                 statistics.CV(population...), statistics.CalcRSDForQC(population...)};
+        }),
+        PlainOrGated([](Floats& n, Signals&, auto&... population) {
+            n = {1, 2, 0, 0, 0, 0};
+            statistics.FindMinMax(population..., n[0], n[1]);
+            statistics.CalcStatistic_ActualMinMax(population..., n[2], n[3]);
+            statistics.CalcStatistic_RealMinMax(population..., n[4], n[5]);
+        }),
+        PlainOrGated([](Floats& n, Signals&, auto&... population) {
+            n.resize(7);
+            n[5] = statistics.CalcStatistic_Average_Median(population..., n[0], n[1]) ? 1.0F : 0.0F;
+            n[6] = statistics.CalcStatistic_AverageCVSD(population..., n[2], n[3], n[4]) ? 1.0F : 0.0F;
+        }),
+        PlainOrGated([](Floats& n, Signals&, auto&... population) {
+            OVSignalStatistics r;
+            statistics.CalcStatistic_MorePara(population..., r);
+            n = {static_cast<float>(r.Count),
+                 r.Min,
+                 r.Max,
+                 r.Average,
+                 r.Median,
+                 r.SD,
+                 r.CV,
+                 r.RobustSD,
+                 r.RobustCV};
+        }),
+        PlainOrGated([](Floats& n, Signals&, auto&... population) {
+            OVSignalStatistics r;
+            int rejected = 0;
+            statistics.CalcStatistic_MoreParaQC(population..., 2.5F, r, rejected);
+            n = {static_cast<float>(rejected), static_cast<float>(r.Count), r.Average, r.RobustSD};
+        }),
+        PlainOrGated([](Floats&, Signals& out, auto&... population) {
+            statistics.BackupSignalSection(population..., out);
+        }),
+        PlainOrGated([](Floats&, Signals& out, auto&... population) {
+            statistics.GetRandomDatas(population..., 30, 5U, out);
+        }),
+        PlainOrGated([](Floats&, Signals& out, auto&... population) {
+            double offsets[] = {0.5, -1.5, 3};
+            statistics.GenerateVirtualVectorSignalSection(population..., offsets, 3, out);
+        }),
+    };
+}
+
+TEST_P(Statistics, OfAGateAreThoseOfItsExtractedValues) {
+    for (const int count : {0, 1, 100, 3000, 20000}) {
+        for (const unsigned density : {0U, 1U, 5U, 8U}) {
+            const Floats values = count == 3000 ? RandomFloats(count, 4) : FiniteFloats(count, 4);
+            Sample sample(values);
+            Gate gate(sample.Sections, 9, density);
+            for (const Operation& operation : GatedOperations()) {
+                Floats gated;
+                Floats plain;
+                OwnedSignals gatedOut;
+                OwnedSignals plainOut;
+                Sample extracted(gate.Passing(sample.Sections), Sample::Cut::Packed);
+                operation(sample, &gate, gated, gatedOut.Sections);
+                operation(extracted, nullptr, plain, plainOut.Sections);
+                EXPECT_EQ(Bits(gated), Bits(plain)) << count << " values, density " << density;
+                EXPECT_EQ(Bits(gatedOut.Values()), Bits(plainOut.Values()));
+                EXPECT_EQ(gatedOut.Sections.size(), plainOut.Sections.size());
+            }
+            EXPECT_EQ(Bits(sample.Values()), Bits(values));
+        }
+    }
+}
+
+TEST_P(Statistics, OfAPeakLeaveOutliersOut) {
+    Floats values(200, 10.0F);
+    for (std::size_t i = 0; i < 100; ++i)
+        values[i] = i % 2 == 0 ? 9.0F : 11.0F;
+    values.insert(values.end(), {1000.0F, -1000.0F, std::nanf("")});
+    Sample sample(values);
+    OVSignalStatistics row;
+    int rejected = 0;
+    EXPECT_TRUE(statistics.CalcStatistic_MoreParaQC(sample.Sections, 3, row, rejected));
+    EXPECT_EQ(rejected, 3);
+    EXPECT_EQ((Floats{row.Min, row.Max, row.Average}), (Floats{9, 11, 10}));
+    EXPECT_FALSE(statistics.CalcStatistic_MoreParaQC(sample.Sections, -1, row, rejected));
+    EXPECT_EQ(rejected, 203);
+}
+
+TEST_P(Statistics, InPlaceAndOverPartsEqualTheRow) {
+    Sample sample(FiniteFloats(5000, 8));
+    OVSignalStatistics row;
+    statistics.CalcStatistic_MorePara(sample.Sections, row);
+
+    OwnedSignals parts[4];
+    auto& [p1, p2, p3, p4] = parts;
+    int count = 0;
+    float min = 0;
+    float max = 0;
+    EXPECT_EQ(statistics.Average_BackupAndSeparateSection_4Part(sample.Sections, count, min, max, p1.Sections,
+                                                                p2.Sections, p3.Sections, p4.Sections),
+              row.Average);
+    EXPECT_EQ(count, row.Count);
+    for (const float value : p2.Values())
+        EXPECT_LT(value, row.Average);
+    for (const float value : p3.Values())
+        EXPECT_GE(value, row.Average);
+    OVSignalStatistics overParts;
+    EXPECT_TRUE(statistics.CalcStatistic_MorePara_4Part(p1.Sections, p2.Sections, p3.Sections, p4.Sections,
+                                                        overParts));
+    EXPECT_EQ((Floats{overParts.Median, overParts.RobustSD, overParts.Min, overParts.Max}),
+              (Floats{row.Median, row.RobustSD, row.Min, row.Max}));
+    EXPECT_TRUE(
+        statistics.CalcActual_4Part(p1.Sections, p2.Sections, p3.Sections, p4.Sections, count, min, max));
+    EXPECT_EQ((Floats{static_cast<float>(count), min, max}), (Floats{5000, row.Min, row.Max}));
+
+    float average = 0;
+    float median = 0;
+    float robustCV = 0;
+    float robustSD = 0;
+    EXPECT_TRUE(
+        statistics.CalcStatistic_AverageMedianRCVRSD(sample.Sections, average, median, robustCV, robustSD));
+    EXPECT_EQ((Floats{average, median, robustCV, robustSD}),
+              (Floats{row.Average, row.Median, row.RobustCV, row.RobustSD}));
+    EXPECT_EQ(statistics.RobustCV(sample.Sections, 0.0F), 0.0F);
+}
+
+TEST_P(Statistics, ExpandEveryValueIntoItsVirtualOnes) {
+    double offsets[] = {1, -0.25, 1e20, 3};
+    for (const int n : {0, 1, 4}) {
+        for (const int count : {0, 48, 96, 500}) {
+            Sample sample(RandomFloats(count, 2));
+            Floats expected;
+            for (const float v : sample.Values()) {
+                expected.push_back(v);
+                for (int k = 0; k < n; ++k)
+                    expected.push_back(
+                        static_cast<float>(static_cast<double>(std::sqrt(std::fabs(v))) * offsets[k] + v));
+            }
+            OwnedSignals out;
+            statistics.GenerateVirtualVectorSignalSection(sample.Sections, offsets, n, out.Sections);
+            EXPECT_EQ(Bits(out.Values()), Bits(expected));
+            // The section behind a full one is fetched at once.
+            EXPECT_EQ(out.Sections.size(), expected.size() / 96 + 1);
+        }
+    }
+}
+
+TEST_P(Statistics, CopyBelowAThresholdIntoSectionsThatAreReused) {
+    Sample sample(RandomFloats(1000, 6));
+    OwnedSignals out;
+    statistics.BackupSignalSection(sample.Sections, out.Sections);
+    EXPECT_EQ(Bits(out.Values()), Bits(sample.Values()));
+    const std::size_t sections = out.Sections.size();
+    for (const float threshold : {-std::numeric_limits<float>::infinity(), 0.0F, 1e9F, std::nanf("")}) {
+        Floats expected;
+        float least = FLT_MAX;
+        float greatest = -FLT_MAX;
+        for (const float value : sample.Values()) {
+            if (!(value < threshold)) continue;
+            expected.push_back(value);
+            least = std::min(least, value);
+            greatest = std::max(greatest, value);
+        }
+        float min = 0;
+        float max = 0;
+        statistics.BackupSignalSection_LessMinValue(sample.Sections, threshold, out.Sections, min, max);
+        Floats copied = out.Values();
+        copied.resize(expected.size());
+        EXPECT_EQ(Bits(copied), Bits(expected));
+        EXPECT_EQ((Floats{min, max}), (Floats{least, greatest}));
+        EXPECT_EQ(out.Sections[expected.size() / 96]->Count, static_cast<int>(expected.size() % 96));
+        EXPECT_EQ(out.Sections.size(), sections);
+    }
+}
+
+TEST_P(Statistics, PickAtRandomWithoutFavour) {
+    Floats values(200);
+    for (std::size_t i = 0; i < values.size(); ++i)
+        values[i] = static_cast<float>(i);
+    Sample sample(values);
+    std::vector<int> picks(values.size());
+    for (unsigned seed = 0; seed < 400; ++seed) {
+        OwnedSignals out;
+        statistics.GetRandomDatas(sample.Sections, 50, seed, out.Sections);
+        const Floats picked = out.Values();
+        EXPECT_EQ(picked.size(), 50U);
+        EXPECT_TRUE(std::is_sorted(picked.begin(), picked.end()));
+        for (const float value : picked)
+            ++picks[static_cast<std::size_t>(value)];
+    }
+    // 100 expected, with a standard deviation of 8.7.
+    EXPECT_GT(*std::min_element(picks.begin(), picks.end()), 60);
+    EXPECT_LT(*std::max_element(picks.begin(), picks.end()), 140);
+    OwnedSignals all;
+    statistics.GetRandomDatas(sample.Sections, 1000, 1, all.Sections);
+    EXPECT_EQ(all.Values(), values);
+}
+
+TEST(StatisticsWithoutStorage, LoseNothing) {
+    const Floats values = FiniteFloats(3000, 12);
+    for (const Operation& operation : GatedOperations()) {
+        ForEachFailingAllocation(
+            [&] {
+                Sample sample(values);
+                Gate gate(sample.Sections);
+                Floats numbers;
+                OwnedSignals out;
+                operation(sample, &gate, numbers, out.Sections);
+            },
+            1024);
+    }
+    ForEachFailingAllocation(
+        [&] {
+            Sample sample(values);
+            OwnedSignals parts[4];
+            float sd = 0;
+            int count = 0;
+            float min = 0;
+            float max = 0;
+            OVSignalStatistics row;
+            statistics.RobustSD_LessMinValue(sample.Sections, 100, sd);
+            statistics.RobustSD(sample.Sections, -10, 10);
+            statistics.CalcStatistic_MorePara(sample.Sections, row);
+            statistics.Average_BackupAndSeparateSection_2Part(sample.Sections, count, min, max,
+                                                              parts[0].Sections, parts[1].Sections);
+            EXPECT_EQ(parts[0].Values().size() + parts[1].Values().size(), values.size());
+            statistics.Average_BackupAndSeparateSection_4Part(sample.Sections, count, min, max,
+                                                              parts[0].Sections, parts[1].Sections,
+                                                              parts[2].Sections, parts[3].Sections);
+        },
+        1024);
+}
+
+}  // namespace
+}  // namespace Orvane::Testing
