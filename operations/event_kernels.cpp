@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstddef>
 
 #include "foundation/instruction_set.h"
 
@@ -41,11 +42,10 @@ ORVANE_KERNEL_INLINE void DivideColumnsBody(const float* numerator, const float*
     }
 }
 
-/// The bits of word `word` that belong to events `begin` to `end - 1`.
-ORVANE_KERNEL_INLINE std::uint32_t SelectedIn(const std::uint32_t* select, int word, int begin, int end) {
+/// The word that begins with event `first`, without the bits of events outside `begin` to `end - 1`.
+ORVANE_KERNEL_INLINE std::uint32_t SelectedIn(const std::uint32_t* select, int first, int begin, int end) {
     constexpr std::uint32_t All = 0xFFFFFFFFU;
-    std::uint32_t bits = select[word];
-    const int first = word * 32;
+    std::uint32_t bits = select[first / 32];
     if (first < begin) bits &= All << (begin - first);
     if (end - first < 32) bits &= ~(All << (end - first));
     return bits;
@@ -60,8 +60,8 @@ ORVANE_KERNEL_INLINE float* CopyWord(std::uint32_t bits, const float* values, fl
 }
 
 void CopySelectedPortable(const std::uint32_t* select, const float* values, int begin, int end, float* out) {
-    for (int word = begin / 32; word * 32 < end; ++word) {
-        out = CopyWord(SelectedIn(select, word, begin, end), values + word * 32, out);
+    for (int first = begin / 32 * 32; first < end; first += 32) {
+        out = CopyWord(SelectedIn(select, first, begin, end), values + first, out);
     }
 }
 
@@ -76,11 +76,11 @@ ORVANE_TARGET_AVX512 float* CopyHalfWord(std::uint32_t bits, const float* values
 
 ORVANE_TARGET_AVX512 void CopySelectedAvx512(const std::uint32_t* select, const float* values, int begin,
                                              int end, float* out) {
-    for (int word = begin / 32; word * 32 < end; ++word) {
-        const std::uint32_t bits = SelectedIn(select, word, begin, end);
+    for (int first = begin / 32 * 32; first < end; first += 32) {
+        const std::uint32_t bits = SelectedIn(select, first, begin, end);
         if (bits == 0) continue;
-        out = CopyHalfWord(bits & 0xFFFFU, values + word * 32, out);
-        out = CopyHalfWord(bits >> 16, values + word * 32 + 16, out);
+        out = CopyHalfWord(bits & 0xFFFFU, values + first, out);
+        out = CopyHalfWord(bits >> 16, values + first + 16, out);
     }
 }
 #endif
@@ -100,20 +100,24 @@ ORVANE_KERNEL_INLINE void LoadTile(const float* const* columns, int signals, int
 }
 
 /// Column j of the product of one tile; `factors` is column j of the matrix.
-ORVANE_KERNEL_INLINE void MultiplyTile(const double* tile, int signals, const double* factors, int stride,
-                                       double* sums) {
+ORVANE_KERNEL_INLINE void MultiplyTile(const double* tile, int signals, const double* factors,
+                                       std::ptrdiff_t stride, double* sums) {
     std::fill_n(sums, TileEvents, 0.0);
     int k = 0;
     // Four terms a pass, added one after the other, keep the sums longer in registers.
-    for (; k + 4 <= signals; k += 4, tile += 4 * TileEvents, factors += 4 * stride) {
-        const double f0 = factors[0];
-        const double f1 = factors[stride];
-        const double f2 = factors[2 * stride];
-        const double f3 = factors[3 * stride];
+    for (; k + 4 <= signals; k += 4, factors += 4 * stride) {
+        const double* tile1 = tile + TileEvents;
+        const double* tile2 = tile1 + TileEvents;
+        const double* tile3 = tile2 + TileEvents;
+        const double factor0 = factors[0];
+        const double factor1 = factors[stride];
+        const double factor2 = factors[2 * stride];
+        const double factor3 = factors[3 * stride];
         for (int e = 0; e < TileEvents; ++e) {
-            sums[e] = sums[e] + tile[e] * f0 + tile[TileEvents + e] * f1 + tile[2 * TileEvents + e] * f2 +
-                      tile[3 * TileEvents + e] * f3;
+            sums[e] =
+                sums[e] + tile[e] * factor0 + tile1[e] * factor1 + tile2[e] * factor2 + tile3[e] * factor3;
         }
+        tile = tile3 + TileEvents;
     }
     for (; k < signals; ++k, tile += TileEvents, factors += stride) {
         const double factor = *factors;

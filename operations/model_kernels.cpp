@@ -1,6 +1,7 @@
 #include "operations/model_kernels.h"
 
 #include <bit>
+#include <cstddef>
 
 #include "foundation/instruction_set.h"
 
@@ -37,7 +38,8 @@ void CountSelected(const unsigned short* numbers, const std::uint32_t* select, i
 
 void CountSelectedGroups(const unsigned short* numbers, const std::uint32_t* select, int groups, int group,
                          Counters counters) {
-    ForEachSelected(select, groups, [=](int g) { CountNumbers(numbers + g * group, group, counters); });
+    ForEachSelected(select, groups,
+                    [=](int g) { CountNumbers(numbers + std::ptrdiff_t{g} * group, group, counters); });
 }
 
 }  // namespace Orvane

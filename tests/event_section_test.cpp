@@ -360,13 +360,14 @@ TEST(EventVectors, EqualityIsThatOfFloats) {
 TEST(Acquisition, FollowsTheFormulasAndTheOrderOfTheRandomNumbers) {
     std::vector<int> map{1, 4, -1, 0, -2, 3, 2, 5};
     std::vector<float> gains{3.0F, 1.0F, 1.0F, 2.55F, 1.0F, 0.3F, 16.0F, 1.0F};
-    std::vector<int> buffer(5 * 129);
+    std::vector<int> buffer(645);
     for (std::size_t i = 0; i < buffer.size(); ++i) {
         buffer[i] = i % 11 == 0 ? 0 : static_cast<int>(i * 7919 % 20011) - 3000;
     }
     const auto tenths = [](int bound) { return static_cast<float>(std::rand() % bound) / 10.0F; };
     const auto acquirePlainly = [&](int event) {
-        const std::vector<float> raw(&buffer[event * 5], &buffer[event * 5] + 5);
+        const auto first = buffer.begin() + std::ptrdiff_t{event} * 5;
+        const std::vector<float> raw(first, first + 5);
         const float below = raw[3] * 0.37F;
         return std::vector<float>{raw[1] / 3.0F + tenths(10),
                                   raw[4] + 0.5F,
