@@ -1,8 +1,14 @@
-# Compares the symbols that LIBRARY exports with the names that the headers in HEADERS mark with ORVANE_API.
+# Compares the symbols that LIBRARY exports with the names that the headers in HEADERS mark with ORVANE_API, and
+# the headers with those that orvane.h brings in.
 cmake_minimum_required(VERSION 3.25)
 
 file(GLOB headers ${HEADERS}/*.h)
+file(READ ${HEADERS}/orvane.h everything)
 foreach(header IN LISTS headers)
+    cmake_path(GET header FILENAME name)
+    if(NOT name STREQUAL "orvane.h" AND NOT everything MATCHES "#include <orvane/${name}>")
+        message(SEND_ERROR "orvane.h does not bring in ${name}")
+    endif()
     file(STRINGS ${header} declarations REGEX "ORVANE_API [A-Za-z]")
     foreach(declaration IN LISTS declarations)
         # A class, or else a function, whose name stands before its parameters.
