@@ -11,6 +11,7 @@
 
 #include <orvane/MemoryManage.h>
 #include <orvane/OVEventSection.h>
+#include <orvane/OVSignalSection.h>
 
 #include "tests/support/awkward.h"
 #include "tests/support/exceptions.h"
@@ -252,6 +253,20 @@ TEST(EventVectors, CopiesFromAGlobalPositionOn) {
     EXPECT_EQ(MessageOf<InvalidMemoryException>(
                   [&] { operations.CopyEventSection(source.Sections, dest.Sections, 7); }),
               "CopyData out of array capacity.");
+}
+
+TEST(EventVectors, ViewsAndSharedCopiesOwnNoColumn) {
+    const SmallPool pool;
+    Sample source(NumberedRows(100));
+    Events copy;
+    std::vector<SignalSection*> views;
+    operations.CopyEventSectionShareSignal(source.Sections, copy);
+    operations.GetVectorSignalSection(copy, 1, views);
+    EXPECT_EQ(views[1]->Count, 36);
+    views[1]->Values[35] = -5.0F;
+    EXPECT_EQ(operations.GetLastValue(source.Sections, 1), -5.0F);
+    OVSignalSection().ReleaseVectorSectionShare(views);
+    operations.ReleaseVectorSectionShare(copy);
 }
 
 /// Filters over bits of their own, parallel to an event vector.

@@ -204,7 +204,7 @@ public:
     ///   anything else                 not written
     /// in float, s-th gain for the s-th signal; the random tenths keep plots of integer data free of stripes.
     /// They are drawn with rand(), signal by signal within event by event, and each call seeds the generator
-    /// with the time in seconds.
+    /// with the time in seconds. A further section is taken when an event finds the last one full.
     ///
     /// A gain of an even channel must be at least 0.1. When `dataCount` is no multiple of `channelCount`, the
     /// rest counts as one more event, and its missing values are read from behind `dataCount`: the caller's
