@@ -4,11 +4,7 @@
 #include <bit>
 #include <cstddef>
 
-#include "foundation/instruction_set.h"
-
-#if ORVANE_WIDE_KERNELS
-#include <immintrin.h>
-#endif
+#include "foundation/intrinsics.h"
 
 namespace Orvane {
 namespace {

@@ -4,12 +4,8 @@
 #include <bit>
 #include <limits>
 
-#include "foundation/instruction_set.h"
+#include "foundation/intrinsics.h"
 #include "sections/kernels.h"
-
-#if ORVANE_WIDE_KERNELS
-#include <immintrin.h>
-#endif
 
 namespace Orvane {
 namespace {

@@ -3,11 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "foundation/instruction_set.h"
-
-#if ORVANE_WIDE_KERNELS
-#include <immintrin.h>
-#endif
+#include "foundation/intrinsics.h"
 
 namespace Orvane {
 namespace {
