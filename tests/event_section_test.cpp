@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <functional>
+#include <optional>
 #include <random>
 #include <tuple>
 
@@ -100,8 +101,6 @@ struct Sample {
     Events Sections;
 };
 
-constexpr int NoLimit = -1;
-
 /// A raw vector, its compensated twin, whose own columns are 1000 above the raw ones, and the raw model.
 struct Pair {
     ~Pair() { operations.ReleaseVectorSection(Raw, Twin); }
@@ -115,12 +114,12 @@ struct Pair {
         return rows;
     }
 
-    void Append(const Rows& rows, const std::vector<int>& cuts, int limit) {
+    void Append(const Rows& rows, const std::vector<int>& cuts, std::optional<int> limit) {
         Sample raw(rows, cuts);
         Sample twin(Compensated(rows), cuts);
-        if (limit != NoLimit) {
-            operations.AppendEventSection(raw.Sections, Raw, limit);
-            operations.AppendEventSectionCompensation(twin.Sections, Twin, Raw, Reuse, limit);
+        if (limit) {
+            operations.AppendEventSection(raw.Sections, Raw, *limit);
+            operations.AppendEventSectionCompensation(twin.Sections, Twin, Raw, Reuse, *limit);
         } else {
             operations.AppendEventSection(raw.Sections, Raw);
             operations.AppendEventSectionCompensation(twin.Sections, Twin, Raw, Reuse);
@@ -167,7 +166,7 @@ TEST(EventVectors, AgreeWithRowsAfterRandomOperationsOnARawVectorAndItsTwin) {
             operations.SetCountLimit(pair.Twin, limit);
             pair.Model.resize(static_cast<std::size_t>(limit));
         } else {
-            const int limit = draw(2) == 0 ? draw(300) : NoLimit;
+            const auto limit = draw(2) == 0 ? std::optional(draw(300)) : std::nullopt;
             pair.Append(NumberedRows(draw(130)), {draw(2), 31, 32, 33}, limit);
         }
         std::vector<bool> shared;

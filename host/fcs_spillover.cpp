@@ -1,0 +1,68 @@
+#include "fcs_spillover.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "numbers.h"
+
+namespace Host {
+namespace {
+
+std::vector<std::string_view> SplitAtCommas(std::string_view text) {
+    std::vector<std::string_view> parts;
+    for (std::size_t begin = 0; begin <= text.size();) {
+        const std::size_t end = std::min(text.find(',', begin), text.size());
+        parts.push_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return parts;
+}
+
+/// "n,name1,..,name n,m11,m12,..": none unless there are exactly the names and numbers that n asks for.
+std::optional<Spillover> Parse(const std::string& keyword, std::string_view text) {
+    const std::vector<std::string_view> parts = SplitAtCommas(text);
+    const auto size = ParseUnsigned(parts[0]);
+    if (!size || *size == 0 || *size > parts.size() || parts.size() - 1 != *size * (*size + 1)) {
+        return std::nullopt;
+    }
+    Spillover matrix{keyword, {}, {}};
+    for (std::size_t i = 1; i <= *size; ++i)
+        matrix.names.emplace_back(parts[i]);
+    for (std::size_t i = *size + 1; i < parts.size(); ++i) {
+        const auto number = ParseNumber(parts[i]);
+        if (!number) return std::nullopt;
+        matrix.coefficients.push_back(*number);
+    }
+    return matrix;
+}
+
+void WarnOfUnknownNames(const Spillover& matrix, const EventLayout& layout, Findings& findings) {
+    for (const std::string& name : matrix.names) {
+        const bool known = std::any_of(layout.parameters.begin(), layout.parameters.end(),
+                                       [&](const Parameter& parameter) { return parameter.name == name; });
+        if (!known) {
+            findings.Warn({matrix.keyword, name, "names of parameters"}, "the file has none of that name");
+        }
+    }
+}
+
+}  // namespace
+
+std::optional<Spillover> ReadSpillover(const Keywords& keywords, const EventLayout& layout,
+                                       Findings& findings) {
+    for (const char* keyword : {"$SPILLOVER", "SPILL", "SPILLOVER"}) {
+        const std::string* text = keywords.Find(keyword);
+        if (text == nullptr) continue;
+        std::optional<Spillover> matrix = Parse(keyword, *text);
+        if (matrix) {
+            WarnOfUnknownNames(*matrix, layout, findings);
+        } else {
+            findings.Warn({keyword, *text, "n, n names and n x n numbers, separated by commas"},
+                          "the matrix is left out");
+        }
+        return matrix;
+    }
+    return std::nullopt;
+}
+
+}  // namespace Host

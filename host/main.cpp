@@ -1,0 +1,85 @@
+// The `orvane` program: its commands and options. Exit status: 0, 1 when a file was refused, 2 for wrong
+// usage.
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <exception>
+#include <map>
+#include <string>
+
+#include "info_command.h"
+#include "output.h"
+#include "stats_command.h"
+
+namespace {
+
+constexpr int Refused = 1;
+constexpr int WrongUsage = 2;
+
+const std::map<std::string, Host::Format> InfoFormats{{"table", Host::Format::Table},
+                                                      {"json", Host::Format::Json}};
+const std::map<std::string, Host::Format> StatsFormats{
+    {"table", Host::Format::Table}, {"csv", Host::Format::Csv}, {"json", Host::Format::Json}};
+const std::map<std::string, Host::ValueKind> ValueKinds{{"channel", Host::ValueKind::Channel},
+                                                        {"scale", Host::ValueKind::Scale}};
+
+/// An option with the names of `choices` for values.
+template <class Value>
+void AddChoice(CLI::App& command, const std::string& name, Value& value,
+               const std::map<std::string, Value>& choices, const std::string& help) {
+    command
+        .add_option_function<std::string>(
+            name, [&value, &choices](const std::string& choice) { value = choices.at(choice); }, help)
+        ->check(CLI::IsMember(choices));
+}
+
+void AddInfo(CLI::App& program, Host::InfoOptions& options, int& status) {
+    CLI::App* command = program.add_subcommand("info", "Say what FCS files say about themselves");
+    command->add_option("files", options.files, "FCS files")->required();
+    AddChoice(*command, "--format", options.format, InfoFormats, "table or json");
+    command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
+    command->callback([&] { status = Host::RunInfo(options); });
+}
+
+void AddStats(CLI::App& program, Host::StatsOptions& options, int& status) {
+    CLI::App* command = program.add_subcommand("stats", "Compute the statistics of FCS files");
+    command->add_option("files", options.files, "FCS files")->required();
+    command->add_option("--parameters", options.parameters, "Names of parameters ($PnN), separated by commas")
+        ->delimiter(',')
+        ->allow_extra_args(false);
+    AddChoice(*command, "--values", options.values, ValueKinds,
+              "scale (amplification applied) or channel (as stored)");
+    AddChoice(*command, "--format", options.format, StatsFormats, "table, csv or json");
+    command->add_option("-o,--output", options.output, "Write to a file instead of standard output");
+    command->add_option("--jobs", options.jobs, "Number of files at a time")->check(CLI::Range(1, 1024));
+    command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
+    command->callback([&] { status = Host::RunStats(options); });
+}
+
+int Run(int argc, char** argv) {
+    CLI::App program("Flow cytometry list-mode files: what they hold, in numbers", "orvane");
+    program.require_subcommand(1);
+    program.set_version_flag("--version", ORVANE_VERSION);
+    Host::InfoOptions info;
+    Host::StatsOptions stats;
+    int status = 0;
+    AddInfo(program, info, status);
+    AddStats(program, stats, status);
+    try {
+        program.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return program.exit(error) == 0 ? 0 : WrongUsage;
+    }
+    return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return Run(argc, argv);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "orvane: %s\n", error.what());
+        return Refused;
+    }
+}

@@ -1,0 +1,55 @@
+#include "numbers.h"
+
+#include <charconv>
+#include <cmath>
+
+namespace Host {
+namespace {
+
+constexpr std::string_view Padding("\0 \t\r\n", 5);
+
+template <class Number, class... Format>
+std::string ToText(Number value, Format... format) {
+    char digits[64];
+    const auto [end, error] = std::to_chars(digits, digits + sizeof digits, value, format...);
+    return error == std::errc() ? std::string(digits, end) : std::string();
+}
+
+template <class Number>
+std::optional<Number> Parse(std::string_view text) {
+    Number value{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+    return value;
+}
+
+}  // namespace
+
+std::string_view Trim(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(Padding);
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(Padding) - first + 1);
+}
+
+std::optional<std::uint64_t> ParseUnsigned(std::string_view text) {
+    return Parse<std::uint64_t>(Trim(text));
+}
+
+std::optional<double> ParseNumber(std::string_view text) {
+    std::string_view digits = Trim(text);
+    if (digits.size() > 1 && digits[0] == '+' && digits[1] != '-') digits.remove_prefix(1);
+    const auto value = Parse<double>(digits);
+    return value && std::isfinite(*value) ? value : std::nullopt;
+}
+
+std::string Shortest(float value) {
+    return ToText(value);
+}
+std::string Shortest(double value) {
+    return ToText(value);
+}
+std::string Rounded(double value) {
+    return ToText(value, std::chars_format::general, 6);
+}
+
+}  // namespace Host

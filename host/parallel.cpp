@@ -1,0 +1,51 @@
+#include "parallel.h"
+
+#include <algorithm>
+#include <atomic>
+#include <exception>
+#include <memory>
+#include <new>
+#include <system_error>
+#include <thread>
+
+#include <orvane/Exceptions.h>
+
+#include "findings.h"
+
+namespace Host {
+
+void RunParallel(std::size_t count, unsigned jobs, const std::function<void(std::size_t)>& work) {
+    std::atomic<std::size_t> next{0};
+    const auto take = [&] {
+        for (std::size_t i = next++; i < count; i = next++)
+            work(i);
+    };
+    std::vector<std::thread> threads;
+    try {
+        while (threads.size() + 1 < std::min<std::size_t>(jobs, count))
+            threads.emplace_back(take);
+    } catch (const std::system_error&) {
+        // The system has no more threads; those that are there do the work.
+    }
+    take();
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+std::string RunGuarded(const std::function<void()>& work) {
+    try {
+        work();
+        return {};
+    } catch (const Refusal& refusal) {
+        return refusal.what();
+    } catch (Orvane::OutOfMemoryException* error) {
+        const std::unique_ptr<Orvane::OutOfMemoryException> owner(error);
+        return "there is not enough memory for its events";
+    } catch (const std::bad_alloc&) {
+        return "there is not enough memory to read it";
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+}
+
+}  // namespace Host

@@ -1,0 +1,45 @@
+#include "progress.h"
+
+#include <cstdio>
+
+#if defined(_WIN32)
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace Host {
+namespace {
+
+constexpr std::chrono::milliseconds Patience(1000);
+constexpr std::chrono::milliseconds Interval(100);
+
+bool StandardErrorIsTerminal() {
+#if defined(_WIN32)
+    return _isatty(_fileno(stderr)) != 0;
+#else
+    return isatty(STDERR_FILENO) != 0;
+#endif
+}
+
+}  // namespace
+
+Progress::Progress(std::uint64_t total)
+    : total_(total), onTerminal_(StandardErrorIsTerminal()), next_(Clock::now() + Patience) {}
+
+Progress::~Progress() {
+    if (shown_) std::fputs("\r               \r", stderr);
+}
+
+void Progress::Add(std::uint64_t amount) {
+    if (!onTerminal_) return;
+    const std::lock_guard<std::mutex> lock(mutex_);
+    done_ += amount;
+    if (Clock::now() < next_) return;
+    std::fprintf(stderr, "\rreading %3d %%", static_cast<int>(done_ * 100 / total_));
+    std::fflush(stderr);
+    shown_ = true;
+    next_ = Clock::now() + Interval;
+}
+
+}  // namespace Host

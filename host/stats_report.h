@@ -1,0 +1,52 @@
+// The statistics of files as results, and the three forms in which they are written.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <orvane/OVSignalStatistics.h>
+
+#include "output.h"
+
+namespace Host {
+
+/// One parameter over one population. What is undefined is not there: everything without events, the standard
+/// deviation of one event, ratios to zero, and what is not finite.
+struct ParameterStatistics {
+    /// The row of a parameter called `name`, as the library computed it.
+    ParameterStatistics(std::string name, const Orvane::OVSignalStatistics& statistics);
+    /// The row of a parameter of which only the number of events is known.
+    ParameterStatistics(std::string name, std::uint64_t events) : parameter(std::move(name)), count(events) {}
+
+    std::string parameter;  ///< $PnN as bytes
+    std::uint64_t count = 0;
+    std::optional<float> min, max, mean, median, sd;
+    std::optional<float> cv;  ///< a ratio
+    std::optional<float> rsd;
+    std::optional<float> rcv;  ///< a ratio
+};
+
+struct Population {
+    std::string name;
+    std::optional<std::string> parent;
+    std::uint64_t count = 0;
+    std::optional<float> percentOfParent;
+    std::optional<float> percentOfTotal;
+    std::vector<ParameterStatistics> statistics;
+};
+
+struct FileStatistics {
+    std::string file;
+    std::string version;
+    std::uint64_t events = 0;
+    std::vector<std::string> warnings;
+    std::vector<Population> populations;
+};
+
+/// The text of a result. JSON and CSV hold every number with the digits that bring it back; the table rounds,
+/// and gives CVs in per cent.
+std::string FormatStatistics(const std::vector<FileStatistics>& files, Format format);
+
+}  // namespace Host
