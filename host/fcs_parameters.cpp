@@ -12,8 +12,8 @@ namespace {
 
 constexpr std::uint64_t MostAsciiCharacters = 1000;
 
-std::string Keyword(std::size_t parameter, char letter) {
-    return "$P" + std::to_string(parameter) + letter;
+std::string Keyword(std::size_t parameter, std::string_view name) {
+    return std::string("$P").append(std::to_string(parameter)).append(name);
 }
 
 const std::string& Require(const Keywords& keywords, const std::string& keyword, const char* expected) {
@@ -37,7 +37,7 @@ public:
         Parameter parameter;
         parameter.width = Width(n);
         parameter.name = Name(n);
-        const std::string* stain = keywords_.Find(Keyword(n, 'S'));
+        const std::string* stain = keywords_.Find(Keyword(n, "S"));
         if (stain != nullptr) parameter.stain = *stain;
         ReadRange(n, parameter);
         ReadAmplification(n, parameter);
@@ -48,14 +48,14 @@ public:
 private:
     /// Version 3.2 allows every parameter its own data type.
     void CheckType(std::size_t n) const {
-        const std::string keyword = "$P" + std::to_string(n) + "DATATYPE";
+        const std::string keyword = Keyword(n, "DATATYPE");
         const std::string* type = keywords_.Find(keyword);
         if (type == nullptr || Trim(*type) == std::string(1, static_cast<char>(type_))) return;
         Refuse(keyword, *type, std::string(1, static_cast<char>(type_)) + " as in $DATATYPE");
     }
 
     unsigned Width(std::size_t n) const {
-        const std::string keyword = Keyword(n, 'B');
+        const std::string keyword = Keyword(n, "B");
         const char* expected = ExpectedWidth();
         const std::string& text = Require(keywords_, keyword, expected);
         if (type_ == DataType::Ascii && Trim(text) == "*") return 0;
@@ -91,20 +91,20 @@ private:
     }
 
     std::string Name(std::size_t n) {
-        const std::string* name = keywords_.Find(Keyword(n, 'N'));
-        std::string chosen = name != nullptr ? *name : "P" + std::to_string(n);
+        const std::string* name = keywords_.Find(Keyword(n, "N"));
+        std::string chosen = name != nullptr ? *name : Keyword(n, "").substr(1);
         if (name == nullptr && needsAll_) {
-            findings_.Warn({Keyword(n, 'N'), std::nullopt, "a name"}, "it is called " + chosen);
+            findings_.Warn({Keyword(n, "N"), std::nullopt, "a name"}, "it is called " + chosen);
         }
         if (!names_.insert(chosen).second) {
-            findings_.Warn({Keyword(n, 'N'), chosen, "a name that no other parameter has"},
+            findings_.Warn({Keyword(n, "N"), chosen, "a name that no other parameter has"},
                            "the name stands for the first");
         }
         return chosen;
     }
 
     void ReadRange(std::size_t n, Parameter& parameter) {
-        const std::string keyword = Keyword(n, 'R');
+        const std::string keyword = Keyword(n, "R");
         const char* expected = "a number of at least 0";
         const std::string* text = keywords_.Find(keyword);
         if (text != nullptr) parameter.range = ParseNumber(*text);
@@ -130,7 +130,7 @@ private:
     }
 
     void ReadAmplification(std::size_t n, Parameter& parameter) {
-        const std::string keyword = Keyword(n, 'E');
+        const std::string keyword = Keyword(n, "E");
         const std::string* text = keywords_.Find(keyword);
         if (text == nullptr) {
             if (!needsAll_) return;
@@ -173,7 +173,7 @@ private:
     }
 
     void ReadGain(std::size_t n, Parameter& parameter) {
-        const std::string keyword = Keyword(n, 'G');
+        const std::string keyword = Keyword(n, "G");
         const std::string* text = keywords_.Find(keyword);
         if (text == nullptr) return;
         const auto gain = ParseNumber(*text);
@@ -241,7 +241,7 @@ bool ReadFreeFormat(const std::vector<Parameter>& parameters) {
     const bool free = parameters[0].width == 0;
     for (std::size_t i = 0; i < parameters.size(); ++i) {
         if ((parameters[i].width == 0) == free) continue;
-        Refuse(Keyword(i + 1, 'B'), free ? std::to_string(parameters[i].width) : "*",
+        Refuse(Keyword(i + 1, "B"), free ? std::to_string(parameters[i].width) : "*",
                free ? "* as for the other parameters" : "a number of characters as for the other parameters");
     }
     return free;
