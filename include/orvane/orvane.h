@@ -2,10 +2,16 @@
 #pragma once
 
 #include <orvane/CPUSupportInstruct.h>
+#include <orvane/CoordinateType.h>
 #include <orvane/CriticalSection.h>
 #include <orvane/Exceptions.h>
 #include <orvane/MemoryManage.h>
 #include <orvane/MemoryPackets.h>
+#include <orvane/OVCalculateAlpha.h>
+#include <orvane/OVConvertLinearAndLog.h>
+#include <orvane/OVCoordinateTransform.h>
+#include <orvane/OVCoordinateTransformerX.h>
+#include <orvane/OVCoordinateTransformerY.h>
 #include <orvane/OVCountSection.h>
 #include <orvane/OVEventSection.h>
 #include <orvane/OVFCSPara.h>

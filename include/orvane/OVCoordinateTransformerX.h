@@ -1,0 +1,165 @@
+// The transformers of a plot's horizontal axis: data values to screen columns and back.
+#pragma once
+
+#include <orvane/OVConvertLinearAndLog.h>
+#include <orvane/Platform.h>
+#include <orvane/Sections.h>
+
+namespace Orvane {
+
+struct PixelMapping;
+
+/// World values are data values, screen coordinates are pixels from `ScreenMin` (at `WorldMin`) to
+/// `ScreenMax` (at `WorldMax`, exclusive). Built by OVCoordinateTransformerXFactory; immutable, so that
+/// several threads may share one.
+///
+/// Column operations read the first `Count` values of the signal section and write 16-bit coordinates into
+/// the model section, which must have room for as many. A coordinate is truncated toward zero to 64 bits, of
+/// which the low 16 are stored: negative and large ones wrap (-1 becomes 65535), NaN and what exceeds 64 bits
+/// become 0. A transformer that keeps values in the screen clamps before that. Null sections are not
+/// detected, and nothing is thrown.
+class ORVANE_API IOVCoordinateTransformerX {
+public:
+    virtual ~IOVCoordinateTransformerX() = default;
+
+    /// The screen coordinate of one value.
+    virtual void GetScreenValue(double world, float& screen) = 0;
+
+    /// The coordinates of the events whose bit is set; 65535 for all others. The model section gets the count
+    /// of the signal section.
+    virtual void GetScreenSection(SignalSection* signal, FilterSection* filter, ModelSection* model) = 0;
+
+    /// The coordinates of all events. The model section gets the count of the signal section.
+    virtual void GetScreenSection(SignalSection* signal, ModelSection* model) = 0;
+
+    /// The coordinates of the events whose bit is set, one after another from the start. The model section
+    /// gets the filter's stored `TrueCount`.
+    virtual void GetScreenSectionInTrue(SignalSection* signal, FilterSection* filter,
+                                        ModelSection* model) = 0;
+
+    /// The data value at a screen coordinate, also where the range is zero.
+    virtual void GetWorldValue(float screen, double& world) = 0;
+
+    /// The plain formulas, whatever this transformer's own scale is.
+    virtual double GetWorld_Linear(float screen) = 0;
+    virtual double GetWorld_Log(float screen) = 0;
+    virtual float GetScreen_Linear(double world) = 0;
+    virtual float GetScreen_Log(double world) = 0;
+};
+
+/// The state of an axis and every mapping routine; the derived classes choose among the routines, once, when
+/// they are constructed.
+///
+/// `_InScreen` routines keep values in the screen, from `ScreenMin` to `ScreenLast`, the column forms after
+/// adding half a pixel: values up to `WorldMin` get the first pixel, values from `WorldClamp` on the last
+/// one, NaN follows the formula. All other forms truncate. `_Zero` routines map every value, NaN included, to
+/// `ScreenMin`.
+///
+/// The scale is the integer part of `ScreenMax - ScreenMin` over the range of values.
+class ORVANE_API OVCoordinateTransformerX : public IOVCoordinateTransformerX {
+public:
+    /// An axis without a choice of routines, whose first five operations must not be called. `alpha` is the
+    /// asinh width in data units, 0 for a linear axis.
+    OVCoordinateTransformerX(float screenMin, float screenMax, double worldMin, double worldMax,
+                             double alpha);
+
+    void GetScreenValue(double world, float& screen) override;
+    void GetScreenSection(SignalSection* signal, FilterSection* filter, ModelSection* model) override;
+    void GetScreenSection(SignalSection* signal, ModelSection* model) override;
+    void GetScreenSectionInTrue(SignalSection* signal, FilterSection* filter, ModelSection* model) override;
+    void GetWorldValue(float screen, double& world) override;
+    double GetWorld_Linear(float screen) override;
+    double GetWorld_Log(float screen) override;
+    float GetScreen_Linear(double world) override;
+    float GetScreen_Log(double world) override;
+
+    /// Clamped to `ScreenMin` and `ScreenLast`; NaN passes.
+    float GetScreen_Linear_InScreen(double world);
+    float GetScreen_Log_InScreen(double world);
+    float GetScreenValue_Zero(double world);
+
+    /// GetScreenSection without a filter.
+    void GetSection_Linear(SignalSection* signal, ModelSection* model);
+    void GetSection_Linear_InScreen(SignalSection* signal, ModelSection* model);
+    void GetSection_Log(SignalSection* signal, ModelSection* model);
+    void GetSection_Log_InScreen(SignalSection* signal, ModelSection* model);
+    void GetSection_Zero(SignalSection* signal, ModelSection* model);
+
+    /// GetScreenSection with a filter.
+    void GetSectionFilter_Linear(SignalSection* signal, FilterSection* filter, ModelSection* model);
+    void GetSectionFilter_Linear_InScreen(SignalSection* signal, FilterSection* filter, ModelSection* model);
+    void GetSectionFilter_Log(SignalSection* signal, FilterSection* filter, ModelSection* model);
+    void GetSectionFilter_Log_InScreen(SignalSection* signal, FilterSection* filter, ModelSection* model);
+    void GetSectionFilter_Zero(SignalSection* signal, FilterSection* filter, ModelSection* model);
+
+    /// GetScreenSectionInTrue.
+    void GetSectionFilter_Linear_InTrue(SignalSection* signal, FilterSection* filter, ModelSection* model);
+    void GetSectionFilter_Linear_InScreen_InTrue(SignalSection* signal, FilterSection* filter,
+                                                 ModelSection* model);
+    void GetSectionFilter_Log_InTrue(SignalSection* signal, FilterSection* filter, ModelSection* model);
+    void GetSectionFilter_Log_InScreen_InTrue(SignalSection* signal, FilterSection* filter,
+                                              ModelSection* model);
+    void GetSectionFilter_Zero_InTrue(SignalSection* signal, FilterSection* filter, ModelSection* model);
+
+protected:
+    using ScreenValueRoutine = float (OVCoordinateTransformerX::*)(double);
+    using WorldValueRoutine = double (OVCoordinateTransformerX::*)(float);
+    using SectionRoutine = void (OVCoordinateTransformerX::*)(SignalSection*, ModelSection*);
+    using SectionFilterRoutine = void (OVCoordinateTransformerX::*)(SignalSection*, FilterSection*,
+                                                                    ModelSection*);
+
+    float ScreenMin;
+    float ScreenMax;
+    float ScreenLast;  ///< `ScreenMax - 1`
+    double WorldMin;
+    double WorldMax;
+    double WorldClamp;    ///< the value at `ScreenLast`
+    double AlphaInverse;  ///< 1 / alpha: infinite for a linear axis
+    double PixelsPerWorld;
+    double PixelsPerAsinh;  ///< this and the other asinh members are 0 for a linear axis
+    double AsinhMin;
+    double AsinhMax;
+    double WorldPerPixel;
+    double AsinhPerPixel;
+    ScreenValueRoutine ScreenValueFn = nullptr;
+    WorldValueRoutine WorldValueFn = nullptr;
+    SectionRoutine SectionFn = nullptr;
+    SectionFilterRoutine SectionFilterFn = nullptr;
+    SectionFilterRoutine SectionFilterInTrueFn = nullptr;
+    OVConvertLinearAndLog Convert;
+
+private:
+    float Clamped(float screen) const;
+    PixelMapping Linear() const;
+    PixelMapping Log() const;
+    PixelMapping Zero() const;
+    PixelMapping InScreen(PixelMapping mapping) const;
+};
+
+/// A linear axis. Where `worldMax - worldMin` is below 1e-5, reversed ranges included, everything is mapped
+/// to `screenMin`. `inScreen` keeps values in the screen; scalar values that are not kept go through the
+/// virtual GetScreen_Linear.
+class ORVANE_API OVCoordinateTransformerX_Linear : public OVCoordinateTransformerX {
+public:
+    OVCoordinateTransformerX_Linear(float screenMin, float screenMax, double worldMin, double worldMax,
+                                    bool inScreen);
+};
+
+/// An asinh axis of width `alpha`. Where the range on the asinh scale is below 1e-5, and where `alpha` is 0,
+/// everything is mapped to `screenMin`. `inScreen` keeps values in the screen; scalar values that are not
+/// kept go through the virtual GetScreen_Log.
+class ORVANE_API OVCoordinateTransformerX_Log : public OVCoordinateTransformerX {
+public:
+    OVCoordinateTransformerX_Log(float screenMin, float screenMax, double worldMin, double worldMax,
+                                 double alpha, bool inScreen);
+};
+
+class ORVANE_API OVCoordinateTransformerXFactory {
+public:
+    /// A new asinh axis, or a linear one, for which `alpha` is ignored. The caller deletes it.
+    static IOVCoordinateTransformerX* CreateTransformer(float screenMin, float screenMax, double worldMin,
+                                                        double worldMax, double alpha, bool isLog,
+                                                        bool inScreen);
+};
+
+}  // namespace Orvane
