@@ -23,7 +23,7 @@ void QuickFindIndex::AddItem(void* address, int size, int index) {
     const auto place = std::lower_bound(Items.begin(), Items.end(), start,
                                         [](const AddressInfo* a, std::int64_t b) { return a->IsLess(b); });
     Items.insert(place, item.get());
-    item.release();
+    static_cast<void>(item.release());
     MinAddress = Items.front()->Start;
     MaxAddress = Items.back()->End;
     UpdateItemsPerByte();
