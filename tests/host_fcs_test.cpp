@@ -37,15 +37,16 @@ std::string OrderOf(const std::string& byteOrder, unsigned bytes) {
     return order;
 }
 
-std::vector<std::string> Permutations(const std::string& digits) {
-    std::vector<std::string> orders;
-    for (std::string order = digits; !order.empty();
-         order = std::next_permutation(order.begin(), order.end()) ? order : "") {
-        std::string text;
-        for (const char c : order)
-            text += (text.empty() ? "" : ",") + std::string(1, c);
-        orders.push_back(text);
-    }
+/// All orders of the digits, separated by commas.
+Strings Permutations(std::string digits) {
+    Strings orders;
+    do {
+        orders.emplace_back();
+        for (const char digit : digits) {
+            if (!orders.back().empty()) orders.back() += ',';
+            orders.back() += digit;
+        }
+    } while (std::next_permutation(digits.begin(), digits.end()));
     return orders;
 }
 
@@ -282,7 +283,7 @@ TEST_F(HostFcs, ReadsIrregularFilesAndSaysSo) {
         const json row = file["populations"][0]["statistics"][0];
         EXPECT_EQ(row["max"], irregular.events);
         EXPECT_EQ(row["min"], 1);
-        const json warnings = file["warnings"];
+        const json& warnings = file["warnings"];
         const bool expected = *irregular.warning != '\0';
         ASSERT_EQ(warnings.size(), expected ? 1U : 0U) << warnings;
         if (!expected) continue;

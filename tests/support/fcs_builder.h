@@ -87,8 +87,10 @@ public:
 
     std::string Build() const {
         std::string text(1, delimiter);
-        for (const auto& [keyword, value] : AllKeywords())
-            text += keyword + delimiter + value + delimiter;
+        for (const auto& [keyword, value] : AllKeywords()) {
+            for (const std::string& token : {keyword, value})
+                text.append(token).append(1, delimiter);
+        }
         text += textEnd;
         std::string file = version + "    ";
         const std::array<std::size_t, 6> places = {
