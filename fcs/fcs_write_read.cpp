@@ -11,6 +11,7 @@
 
 #include "fcs/kernels.h"
 #include "fcs/log_tables.h"
+#include "fcs/tile_kernels.h"
 
 namespace Orvane {
 namespace {
@@ -34,9 +35,9 @@ void SetLength(SegmentSection& segment, const OVFCSPara& para) {
 }
 
 // Runs `convert(part, raw)` on the even parts of a range, one per thread, or on all of it where forking would
-// cost more than it saves. Parts meet at multiples of 16 events, so that no two threads write to one line.
+// cost more than it saves. Parts meet at whole tiles, so that no two threads write to one line.
 template <class Byte, class Convert>
-void InThreads(const EventRange& range, Byte* raw, int byteWidth, Convert convert) {
+void InThreads(const EventRange& range, Byte* raw, [[maybe_unused]] int byteWidth, Convert convert) {
 #if defined(_OPENMP)
     constexpr std::int64_t ValuesToPay = 65536;
     const int threads = omp_get_max_threads();
@@ -44,14 +45,12 @@ void InThreads(const EventRange& range, Byte* raw, int byteWidth, Convert conver
         const auto border = [&](int part) {
             if (part == threads) return range.Count;
             const std::int64_t even = range.First + std::int64_t{range.Count} * part / threads;
-            return std::max(static_cast<int>(even / 16 * 16) - range.First, 0);
+            return std::max(static_cast<int>(even / TileEvents * TileEvents) - range.First, 0);
         };
 #pragma omp parallel for schedule(static) num_threads(threads)
         for (int part = 0; part < threads; ++part) {
             const int from = border(part);
-            const EventRange events{range.Columns, range.ParCount, range.First + from,
-                                    border(part + 1) - from};
-            convert(events, raw + std::ptrdiff_t{from} * byteWidth * range.ParCount);
+            convert(Part(range, from, border(part + 1) - from), raw + from * RowBytes(range, byteWidth));
         }
         return;
     }

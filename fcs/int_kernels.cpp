@@ -33,7 +33,7 @@ void MarkUpTo(LogTable& table, std::uint32_t word) {
     table.Marked = static_cast<int>(end);
 }
 
-[[gnu::noinline]] float NewLogValue(LogTable& table, std::uint32_t word) {
+float NewLogValue(LogTable& table, std::uint32_t word) {
     const float value = LogValue(word, table.Scale, table.Offset);
     if (word >= static_cast<std::uint32_t>(table.Capacity)) return value;
     if (word >= static_cast<std::uint32_t>(table.Marked)) MarkUpTo(table, word);

@@ -67,8 +67,8 @@ void InTiles(const EventRange& range, Byte* raw, int valueBytes, ByTiles byTiles
     byColumns(Part(range, tail, range.Count - tail), raw + tail * rowBytes);
 }
 
-/// Runs `visit(raw, parameter, column, count)` on each column in turn, in blocks of
-/// BlockEvents events; `raw` is then the parameter's value in the block's first event.
+/// Runs `visit(raw, parameter, column, count)` on each column in turn, in blocks of BlockEvents events;
+/// `raw` is then the parameter's value in the block's first event.
 template <class Byte, class Visit>
 void InColumns(const EventRange& range, Byte* raw, int valueBytes, Visit visit) {
     const std::ptrdiff_t rowBytes = RowBytes(range, valueBytes);
@@ -90,8 +90,8 @@ void InRows(bool whole, Visit visit) {
         visit(row, 1);
 }
 
-/// Moves the whole tiles of a range by way of a tile of floats, which `convert(raw, values, count)`
-/// makes from raw values in native order.
+/// Moves the whole tiles of a range by way of a tile of floats, which `convert(raw, values, count)` makes
+/// from raw values in native order.
 template <class Convert>
 void ReadThroughTiles(const EventRange& range, const unsigned char* raw, int valueBytes, ByteOrder order,
                       Stores stores, Convert convert) {

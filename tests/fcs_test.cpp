@@ -139,10 +139,12 @@ struct Para : OVFCSPara {
         IntParFormat->IsLog[p] = isLog;
         IntParFormat->Scale[p] = isLog ? 4.0 / (256 << p % 3) : kind == Ones ? 1.0 : 0.1 + p;
         if (kind == Awkward) IntParFormat->Scale[p] = awkward[p % 7];
-        IntParFormat->Offset[p] = kind == Awkward ? awkward[p % 3] : kind == Ones ? -0.5 * p : 0.5 + p % 2;
+        IntParFormat->Offset[p] = kind == Awkward ? awkward[p % 3]
+                                  : kind == Ones  ? 0.1 + p - p % 2 * 9
+                                                  : 0.5 + p % 2;
         IntParFormat->LogScale[p] = 2.0;
-        const double ranges[] = {1024, 262144, 4294967296.0, 10.5, 65536, 0, NAN, 1e19};
-        IntParFormat->Range[p] = ranges[p % 8];
+        const double ranges[] = {1024, 262144, 33554432, 4294967296.0, 10.5, 65536, 0, NAN, 1e19};
+        IntParFormat->Range[p] = ranges[p % 9];
     }
 };
 
@@ -300,7 +302,12 @@ TEST_P(FcsData, WritesAsThePlainFormula) {
                 Para para(GetParam(), shape.ParCount, order);
                 Columns columns(shape.ParCount, shape.Events, static_cast<Columns::Place>(shape.Events % 3));
                 for (int p = 0; p < shape.ParCount; ++p) {
-                    const std::vector<float> values = RandomFloats(shape.Events, static_cast<unsigned>(p));
+                    std::vector<float> values = RandomFloats(shape.Events, static_cast<unsigned>(p));
+                    for (std::size_t e = 0; e < values.size(); e += 5) {
+                        const auto border = static_cast<float>(e % 2 == 0 ? para.IntParFormat->Offset[p]
+                                                                          : para.IntParFormat->Range[p]);
+                        values[e] = std::nextafter(border, e % 3 == 0 ? 0.0F : e % 3 == 1 ? border : 1e30F);
+                    }
                     std::copy(values.begin(), values.end(), &columns.At(p, 0));
                 }
                 const int eventBytes = para.ByteWidth * para.ParCount;

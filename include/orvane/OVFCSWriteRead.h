@@ -30,7 +30,8 @@ public:
     /// base-10 logarithm where `IsLog`, multiplied by `Scale`, and cut to 0 .. `Range` - 1: at or above
     /// `Range` that is `Range` - 1 truncated, otherwise the value is truncated toward zero, never rounded.
     /// NaN gives 0. Floats are copied bit by bit, doubles widened. Nothing at all happens when `Mode` is not
-    /// 0 or there is no segment; ASCII and unknown data types set `Tag1` and `Tag2` only.
+    /// 0 or there is no segment; ASCII, unknown data types, and floats without a column table set `Tag1` and
+    /// `Tag2` only.
     virtual void WriteFCSData(std::vector<SegmentSection*>& segments, EventSection& events,
                               OVFCSPara& para) = 0;
 
