@@ -22,6 +22,7 @@ public:
 
 private:
     int Count() const { return last_ - first_; }
+    bool HoldsNaN() const;
     Bracket SampleBracket() const;
 
     // Parts the range by a limit and keeps the side of the wanted position. Returns whether that is the lower
@@ -42,7 +43,7 @@ private:
 
 // Values equal to a bound of the bracket are set aside in every round, so that the range always shrinks.
 float Narrowing::Select(int sortLength) {
-    if (!KeepAtMost(Infinity)) return NaN;
+    if (HoldsNaN() && !KeepAtMost(Infinity)) return NaN;
     while (Count() > ValueSequence::MaxSelected) {
         const Bracket bracket = SampleBracket();
         if (!KeepAtMost(bracket.High)) continue;
@@ -53,6 +54,13 @@ float Narrowing::Select(int sortLength) {
         }
     }
     return sequence_.SelectFew(first_, nth_, last_, Count() <= sortLength);
+}
+
+bool Narrowing::HoldsNaN() const {
+    int numbers = 0;
+    for (const std::span<float> span : sequence_.Spans(first_, last_))
+        numbers += CountAtMost(span, AsItStands{}, Infinity);
+    return numbers < Count();
 }
 
 Bracket Narrowing::SampleBracket() const {

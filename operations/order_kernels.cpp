@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <utility>
 
 #include "foundation/intrinsics.h"
@@ -19,6 +20,7 @@ struct KeepGated {
         return (Flags[i / 32] >> (i % 32)) & ((1U << lanes) - 1);
     }
     ORVANE_KERNEL_INLINE bool One(int i, float& /*value*/) { return Bits(i, 1) != 0; }
+    Gathered Done(int kept) const { return {kept, 0}; }
 #if ORVANE_WIDE_KERNELS
     ORVANE_TARGET_AVX2 ORVANE_KERNEL_INLINE unsigned Eight(int i, __m256& /*values*/) {
         return Bits(i, 8);
@@ -50,6 +52,7 @@ struct KeepInRange {
     ValueRange Range;
     int BelowCount = 0;
 
+    Gathered Done(int kept) const { return {kept, BelowCount}; }
     ORVANE_KERNEL_INLINE bool One(int /*i*/, float& value) {
         value = Shows(value);
         BelowCount += static_cast<int>(value < Range.Low);
@@ -80,14 +83,15 @@ struct KeepInRange {
 
 // Gathers the values from position i on, behind the `kept` ones.
 template <class Keep>
-ORVANE_KERNEL_INLINE int GatherFrom(int i, int kept, std::span<const float> values, Keep& keep, float* out) {
+ORVANE_KERNEL_INLINE Gathered GatherFrom(int i, int kept, std::span<const float> values, Keep& keep,
+                                         float* out) {
     for (; i < static_cast<int>(values.size()); ++i) {
         float value = values[static_cast<std::size_t>(i)];
         const bool isKept = keep.One(i, value);
         out[kept] = value;
         kept += static_cast<int>(isKept);
     }
-    return kept;
+    return keep.Done(kept);
 }
 
 #if ORVANE_WIDE_KERNELS
@@ -108,7 +112,7 @@ constexpr std::array<std::uint32_t, 256> SetLanes = [] {
 
 // Both wide forms store whole vectors: the gathered ones never run ahead of the values read.
 template <class Keep>
-ORVANE_TARGET_AVX2 int GatherAvx2(std::span<const float> values, Keep& keep, float* out) {
+ORVANE_TARGET_AVX2 Gathered GatherAvx2(std::span<const float> values, Keep keep, float* out) {
     const __m256i shifts = _mm256_setr_epi32(0, 4, 8, 12, 16, 20, 24, 28);
     int i = 0;
     int kept = 0;
@@ -123,7 +127,7 @@ ORVANE_TARGET_AVX2 int GatherAvx2(std::span<const float> values, Keep& keep, flo
 }
 
 template <class Keep>
-ORVANE_TARGET_AVX512 int GatherAvx512(std::span<const float> values, Keep& keep, float* out) {
+ORVANE_TARGET_AVX512 Gathered GatherAvx512(std::span<const float> values, Keep keep, float* out) {
     int i = 0;
     int kept = 0;
     for (; i + 16 <= static_cast<int>(values.size()); i += 16) {
@@ -138,19 +142,12 @@ ORVANE_TARGET_AVX512 int GatherAvx512(std::span<const float> values, Keep& keep,
 #endif
 
 template <class Keep>
-int Gather(std::span<const float> values, Keep& keep, float* out) {
+Gathered Gather(std::span<const float> values, Keep keep, float* out) {
 #if ORVANE_WIDE_KERNELS
     if (ActiveInstructionSet() == InstructionSet::Avx512) return GatherAvx512(values, keep, out);
     if (ActiveInstructionSet() == InstructionSet::Avx2) return GatherAvx2(values, keep, out);
 #endif
     return GatherFrom(0, 0, values, keep, out);
-}
-
-template <class Form>
-Gathered GatherShown(std::span<const float> values, Form form, ValueRange range, float* out) {
-    KeepInRange<Form> keep{form, range};
-    const int kept = Gather(values, keep, out);
-    return {kept, keep.BelowCount};
 }
 
 template <class Form>
@@ -168,22 +165,63 @@ ORVANE_KERNEL_INLINE int CountDeviationsBody(std::span<const float> values, floa
     return CountShown(values, DeviationFrom{centre}, limit);
 }
 ORVANE_MULTIVERSION(int, CountValues, (std::span<const float> values, float limit), (values, limit))
+// One bit for each of up to 64 values, set when the value does not exceed `limit`: those from value i on.
+std::uint64_t AtMostMaskFrom(int i, const float* values, int count, float limit) {
+    std::uint64_t mask = 0;
+    for (; i < count; ++i)
+        mask |= static_cast<std::uint64_t>(values[i] <= limit) << i;
+    return mask;
+}
+
+#if ORVANE_WIDE_KERNELS
+
+ORVANE_TARGET_AVX2 std::uint64_t AtMostMaskAvx2(const float* values, int count, float limit) {
+    const __m256 limits = _mm256_set1_ps(limit);
+    std::uint64_t mask = 0;
+    int i = 0;
+    for (; i + 8 <= count; i += 8) {
+        const __m256 atMost = _mm256_cmp_ps(_mm256_loadu_ps(values + i), limits, _CMP_LE_OQ);
+        mask |= static_cast<std::uint64_t>(_mm256_movemask_ps(atMost)) << i;
+    }
+    return mask | AtMostMaskFrom(i, values, count, limit);
+}
+
+ORVANE_TARGET_AVX512 std::uint64_t AtMostMaskAvx512(const float* values, int count, float limit) {
+    const __m512 limits = _mm512_set1_ps(limit);
+    std::uint64_t mask = 0;
+    int i = 0;
+    for (; i + 16 <= count; i += 16) {
+        const __mmask16 atMost = _mm512_cmp_ps_mask(_mm512_loadu_ps(values + i), limits, _CMP_LE_OQ);
+        mask |= static_cast<std::uint64_t>(atMost) << i;
+    }
+    return mask | AtMostMaskFrom(i, values, count, limit);
+}
+
+#endif
+
+std::uint64_t AtMostMask(const float* values, int count, float limit) {
+#if ORVANE_WIDE_KERNELS
+    if (ActiveInstructionSet() == InstructionSet::Avx512) return AtMostMaskAvx512(values, count, limit);
+    if (ActiveInstructionSet() == InstructionSet::Avx2) return AtMostMaskAvx2(values, count, limit);
+#endif
+    return AtMostMaskFrom(0, values, count, limit);
+}
+
 ORVANE_MULTIVERSION(int, CountDeviations, (std::span<const float> values, float centre, float limit),
                     (values, centre, limit))
 
 }  // namespace
 
 Gathered GatherInRange(std::span<const float> values, AsItStands form, ValueRange range, float* out) {
-    return GatherShown(values, form, range, out);
+    return Gather(values, KeepInRange<AsItStands>{form, range}, out);
 }
 
 Gathered GatherInRange(std::span<const float> values, DeviationFrom form, ValueRange range, float* out) {
-    return GatherShown(values, form, range, out);
+    return Gather(values, KeepInRange<DeviationFrom>{form, range}, out);
 }
 
 int GatherGated(std::span<const float> values, const std::uint32_t* flags, float* out) {
-    KeepGated keep{flags};
-    return Gather(values, keep, out);
+    return Gather(values, KeepGated{flags}, out).Kept;
 }
 
 int CountAtMost(std::span<const float> values, AsItStands /*form*/, float limit) {
@@ -206,20 +244,21 @@ int Sampler::Draw(std::span<const float> values, float* out, int room) {
 }
 
 void PartitionBlock::Take(std::span<float> values, float limit, Misplaced misplaced) {
-    const bool atMost = misplaced == Misplaced::AtMost;
     Values = values.data();
     Size = static_cast<int>(values.size());
-    Next = 0;
-    End = 0;
-    for (int i = 0; i < Size; ++i) {
-        Offsets[End] = static_cast<unsigned char>(i);
-        End += static_cast<int>((Values[i] <= limit) == atMost);
-    }
+    Moves = 0;
+    if (values.empty()) return;
+    Moves = AtMostMask(Values, Size, limit);
+    if (misplaced == Misplaced::Above) Moves = ~Moves & (~std::uint64_t{0} >> (MaxSize - Size));
 }
 
 void ExchangeMisplaced(PartitionBlock& a, PartitionBlock& b) {
-    for (; a.Next < a.End && b.Next < b.End; ++a.Next, ++b.Next)
-        std::swap(a.Values[a.Offsets[a.Next]], b.Values[b.Offsets[b.Next]]);
+    std::uint64_t movesA = a.Moves;
+    std::uint64_t movesB = b.Moves;
+    for (; movesA != 0 && movesB != 0; movesA &= movesA - 1, movesB &= movesB - 1)
+        std::swap(a.Values[std::countr_zero(movesA)], b.Values[std::countr_zero(movesB)]);
+    a.Moves = movesA;
+    b.Moves = movesB;
 }
 
 }  // namespace Orvane

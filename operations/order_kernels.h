@@ -88,13 +88,13 @@ private:
 
 enum class Misplaced { Above, AtMost };
 
-/// Up to 64 values in one place, and the offsets of those that a partition has to move elsewhere.
+/// Up to 64 values in one place, and which of them a partition still has to move elsewhere.
 struct PartitionBlock {
+    static constexpr int MaxSize = 64;
+
     float* Values = nullptr;
     int Size = 0;
-    int Next = 0;  ///< the first of the offsets that is still to be served
-    int End = 0;   ///< the end of the offsets
-    unsigned char Offsets[64];
+    std::uint64_t Moves = 0;  ///< bit i belongs to Values[i]
 
     /// Starts over with these values: misplaced are those that exceed `limit` (or are NaN), or those that do
     /// not.

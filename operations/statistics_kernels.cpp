@@ -2,57 +2,42 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 #include "foundation/intrinsics.h"
 
 namespace Orvane {
 namespace {
 
-#if defined(__GNUC__)
-using FourFloats = float __attribute__((vector_size(16)));
-using FourDoubles = double __attribute__((vector_size(32)));
-#endif
-
-// What a value contributes to a sum. The vector forms serve several columns at once, one in each lane.
-
+// What a value contributes to a sum: it is prepared as a float, widened, and finished as a double. V is a
+// number or a vector with one column in each lane.
 struct Value {
-    ORVANE_KERNEL_INLINE double operator()(float value) const { return value; }
-#if defined(__GNUC__)
-    ORVANE_KERNEL_INLINE void AddTo(FourDoubles& sums, const FourFloats& values) const {
-        sums += __builtin_convertvector(values, FourDoubles);
-    }
-#endif
-#if ORVANE_WIDE_KERNELS
-    ORVANE_TARGET_AVX512 ORVANE_KERNEL_INLINE __m512d AddedTo(__m512d sums, __m256 values) const {
-        return _mm512_add_pd(sums, _mm512_cvtps_pd(values));
-    }
-#endif
+    template <class V>
+    ORVANE_KERNEL_INLINE void Prepare(V& /*values*/) const {}
+    template <class V>
+    ORVANE_KERNEL_INLINE void Finish(V& /*values*/) const {}
 };
-
 struct SquareFrom {
     float Mean;
-    ORVANE_KERNEL_INLINE double operator()(float value) const {
-        const double difference = value - Mean;
-        return difference * difference;
+    template <class V>
+    ORVANE_KERNEL_INLINE void Prepare(V& values) const {
+        values -= Mean;
     }
-#if defined(__GNUC__)
-    ORVANE_KERNEL_INLINE void AddTo(FourDoubles& sums, const FourFloats& values) const {
-        const FourDoubles differences = __builtin_convertvector(values - Mean, FourDoubles);
-        sums += differences * differences;
+    template <class V>
+    ORVANE_KERNEL_INLINE void Finish(V& differences) const {
+        differences *= differences;
     }
-#endif
-#if ORVANE_WIDE_KERNELS
-    ORVANE_TARGET_AVX512 ORVANE_KERNEL_INLINE __m512d AddedTo(__m512d sums, __m256 values) const {
-        const __m512d differences = _mm512_cvtps_pd(_mm256_sub_ps(values, _mm256_set1_ps(Mean)));
-        return _mm512_add_pd(sums, _mm512_mul_pd(differences, differences));
-    }
-#endif
 };
 
 template <class Term>
 ORVANE_KERNEL_INLINE double AddInOrder(const float* values, int count, double sum, Term term) {
-    for (int i = 0; i < count; ++i)
-        sum += term(values[i]);
+    for (int i = 0; i < count; ++i) {
+        float value = values[i];
+        term.Prepare(value);
+        double wide = value;
+        term.Finish(wide);
+        sum += wide;
+    }
     return sum;
 }
 
@@ -85,35 +70,74 @@ struct Lanes {
     }
 };
 
-#if defined(__GNUC__)
+#if ORVANE_WIDE_KERNELS
 
-// Adds the next `count` values, a multiple of eight, of every lane. The columns are transposed four by four.
+// Each of these adds the next `count` values, a multiple of eight, of every lane. They transpose pieces of
+// two, four or eight columns in registers.
+
 template <class Term>
-ORVANE_KERNEL_INLINE void AddSideBySideBody(Lanes& lanes, int count, Term term) {
-    constexpr int Groups = LaneCount / 4;
-    FourDoubles sums[Groups];
-    __builtin_memcpy(sums, lanes.Sum, sizeof sums);
-    for (int i = 0; i < count; i += 4) {
-        for (int group = 0; group < Groups; ++group) {
-            FourFloats rows[4];
-            for (int k = 0; k < 4; ++k)
-                __builtin_memcpy(&rows[k], lanes.Values[4 * group + k] + i, sizeof rows[k]);
-            const FourFloats low01 = __builtin_shufflevector(rows[0], rows[1], 0, 4, 1, 5);
-            const FourFloats low23 = __builtin_shufflevector(rows[2], rows[3], 0, 4, 1, 5);
-            const FourFloats high01 = __builtin_shufflevector(rows[0], rows[1], 2, 6, 3, 7);
-            const FourFloats high23 = __builtin_shufflevector(rows[2], rows[3], 2, 6, 3, 7);
-            term.AddTo(sums[group], __builtin_shufflevector(low01, low23, 0, 1, 4, 5));
-            term.AddTo(sums[group], __builtin_shufflevector(low01, low23, 2, 3, 6, 7));
-            term.AddTo(sums[group], __builtin_shufflevector(high01, high23, 0, 1, 4, 5));
-            term.AddTo(sums[group], __builtin_shufflevector(high01, high23, 2, 3, 6, 7));
-        }
-    }
-    __builtin_memcpy(lanes.Sum, sums, sizeof sums);
+ORVANE_KERNEL_INLINE void AddTo(__m128d& sums, __m128 values, Term term) {
+    term.Prepare(values);
+    __m128d wide = _mm_cvtps_pd(values);
+    term.Finish(wide);
+    sums = _mm_add_pd(sums, wide);
 }
 
-#endif
+template <class Term>
+void AddByTwos(Lanes& lanes, int count, Term term) {
+    __m128d sums[LaneCount / 2];
+    std::memcpy(sums, lanes.Sum, sizeof sums);
+    for (int i = 0; i < count; i += 4) {
+        for (int pair = 0; pair < LaneCount / 2; ++pair) {
+            const __m128 even = _mm_loadu_ps(lanes.Values[2 * pair] + i);
+            const __m128 odd = _mm_loadu_ps(lanes.Values[2 * pair + 1] + i);
+            const __m128 low = _mm_unpacklo_ps(even, odd);
+            const __m128 high = _mm_unpackhi_ps(even, odd);
+            AddTo(sums[pair], low, term);
+            AddTo(sums[pair], _mm_movehl_ps(low, low), term);
+            AddTo(sums[pair], high, term);
+            AddTo(sums[pair], _mm_movehl_ps(high, high), term);
+        }
+    }
+    std::memcpy(lanes.Sum, sums, sizeof sums);
+}
 
-#if ORVANE_WIDE_KERNELS
+template <class Term>
+ORVANE_TARGET_AVX2 ORVANE_KERNEL_INLINE void AddTo(__m256d& sums, __m128 values, Term term) {
+    term.Prepare(values);
+    __m256d wide = _mm256_cvtps_pd(values);
+    term.Finish(wide);
+    sums = _mm256_add_pd(sums, wide);
+}
+
+template <class Term>
+ORVANE_TARGET_AVX2 void AddByFours(Lanes& lanes, int count, Term term) {
+    __m256d sums[LaneCount / 4];
+    std::memcpy(sums, lanes.Sum, sizeof sums);
+    for (int i = 0; i < count; i += 4) {
+        for (int four = 0; four < LaneCount / 4; ++four) {
+            const float* const* columns = lanes.Values + 4 * four;
+            __m128 row0 = _mm_loadu_ps(columns[0] + i);
+            __m128 row1 = _mm_loadu_ps(columns[1] + i);
+            __m128 row2 = _mm_loadu_ps(columns[2] + i);
+            __m128 row3 = _mm_loadu_ps(columns[3] + i);
+            _MM_TRANSPOSE4_PS(row0, row1, row2, row3);
+            AddTo(sums[four], row0, term);
+            AddTo(sums[four], row1, term);
+            AddTo(sums[four], row2, term);
+            AddTo(sums[four], row3, term);
+        }
+    }
+    std::memcpy(lanes.Sum, sums, sizeof sums);
+}
+
+template <class Term>
+ORVANE_TARGET_AVX512 ORVANE_KERNEL_INLINE void AddTo(__m512d& sums, __m256 values, Term term) {
+    term.Prepare(values);
+    __m512d wide = _mm512_cvtps_pd(values);
+    term.Finish(wide);
+    sums = _mm512_add_pd(sums, wide);
+}
 
 // Values i to i + 3 and i + 4 to i + 7 of two columns, in alternation.
 ORVANE_TARGET_AVX512 ORVANE_KERNEL_INLINE __m512 LoadPieces(const float* even, const float* odd, int i) {
@@ -123,9 +147,8 @@ ORVANE_TARGET_AVX512 ORVANE_KERNEL_INLINE __m512 LoadPieces(const float* even, c
     return _mm512_insertf32x4(pieces, _mm_loadu_ps(odd + i + 4), 3);
 }
 
-// Eight columns by eight values at a time.
 template <class Term>
-ORVANE_TARGET_AVX512 void AddSideBySideAvx512(Lanes& lanes, int count, Term term) {
+ORVANE_TARGET_AVX512 void AddByEights(Lanes& lanes, int count, Term term) {
     __m512d sums = _mm512_loadu_pd(lanes.Sum);
     for (int i = 0; i < count; i += 8) {
         const __m512 columns04 = LoadPieces(lanes.Values[0], lanes.Values[4], i);
@@ -139,45 +162,42 @@ ORVANE_TARGET_AVX512 void AddSideBySideAvx512(Lanes& lanes, int count, Term term
         const __m512d rows[4] = {_mm512_unpacklo_pd(low01, low23), _mm512_unpackhi_pd(low01, low23),
                                  _mm512_unpacklo_pd(high01, high23), _mm512_unpackhi_pd(high01, high23)};
         for (const __m512d& row : rows)
-            sums = term.AddedTo(sums, _mm256_castpd_ps(_mm512_castpd512_pd256(row)));
+            AddTo(sums, _mm256_castpd_ps(_mm512_castpd512_pd256(row)), term);
         for (const __m512d& row : rows)
-            sums = term.AddedTo(sums, _mm256_castpd_ps(_mm512_extractf64x4_pd(row, 1)));
+            AddTo(sums, _mm256_castpd_ps(_mm512_extractf64x4_pd(row, 1)), term);
     }
     _mm512_storeu_pd(lanes.Sum, sums);
 }
-
-template <class Term>
-ORVANE_TARGET_AVX2 void AddSideBySideAvx2(Lanes& lanes, int count, Term term) {
-    AddSideBySideBody(lanes, count, term);
-}
-
-#endif
 
 // Adds values of every lane in use, up to seven less than `count`, and returns how many. Idle lanes read
 // along with the first one.
 template <class Term>
 int AddSideBySide(Lanes& lanes, int count, Term term) {
-#if defined(__GNUC__)
     if (lanes.Live < 2) return 0;
     std::fill(lanes.Values + lanes.Live, lanes.Values + LaneCount, lanes.Values[0]);
     std::fill(lanes.Sum + lanes.Live, lanes.Sum + LaneCount, 0.0);
     const int whole = count / 8 * 8;
-#if ORVANE_WIDE_KERNELS
-    if (ActiveInstructionSet() == InstructionSet::Avx512) {
-        AddSideBySideAvx512(lanes, whole, term);
-        return whole;
+    switch (ActiveInstructionSet()) {
+        case InstructionSet::Avx512:
+            AddByEights(lanes, whole, term);
+            break;
+        case InstructionSet::Avx2:
+            AddByFours(lanes, whole, term);
+            break;
+        default:
+            AddByTwos(lanes, whole, term);
     }
-    if (ActiveInstructionSet() == InstructionSet::Avx2) {
-        AddSideBySideAvx2(lanes, whole, term);
-        return whole;
-    }
-#endif
-    AddSideBySideBody(lanes, whole, term);
     return whole;
-#else
-    return 0;
-#endif
 }
+
+#else
+
+template <class Term>
+int AddSideBySide(Lanes& /*lanes*/, int /*count*/, Term /*term*/) {
+    return 0;
+}
+
+#endif
 
 // Adds the next `count` values of every lane in use.
 template <class Term>

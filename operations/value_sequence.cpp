@@ -58,16 +58,16 @@ void ValueSequence::Write(int first, int last, const float* values) {
 // Blocks are taken from both ends; what is misplaced in one is exchanged for what is misplaced in the other.
 // Values in front of `first` and from `last` on are in place.
 int ValueSequence::PartitionAtMost(int first, int last, float limit) {
-    constexpr std::size_t BlockSize = sizeof PartitionBlock::Offsets;
+    constexpr std::size_t BlockSize = PartitionBlock::MaxSize;
     PartitionBlock front;
     PartitionBlock back;
     while (true) {
-        if (front.Next == front.End) {
+        if (front.Moves == 0) {
             first += front.Size;
             const std::span<float> ahead = Ahead(first, last - back.Size);
             front.Take(ahead.first(std::min(ahead.size(), BlockSize)), limit, Misplaced::Above);
         }
-        if (back.Next == back.End) {
+        if (back.Moves == 0) {
             last -= back.Size;
             const std::span<float> behind = Behind(first + front.Size, last);
             back.Take(behind.last(std::min(behind.size(), BlockSize)), limit, Misplaced::AtMost);
