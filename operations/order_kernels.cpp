@@ -246,10 +246,9 @@ int Sampler::Draw(std::span<const float> values, float* out, int room) {
 void PartitionBlock::Take(std::span<float> values, float limit, Misplaced misplaced) {
     Values = values.data();
     Size = static_cast<int>(values.size());
-    Moves = 0;
-    if (values.empty()) return;
     Moves = AtMostMask(Values, Size, limit);
-    if (misplaced == Misplaced::Above) Moves = ~Moves & (~std::uint64_t{0} >> (MaxSize - Size));
+    const std::uint64_t all = Size < MaxSize ? (std::uint64_t{1} << Size) - 1 : ~std::uint64_t{0};
+    if (misplaced == Misplaced::Above) Moves ^= all;
 }
 
 void ExchangeMisplaced(PartitionBlock& a, PartitionBlock& b) {

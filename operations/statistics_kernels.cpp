@@ -45,10 +45,10 @@ constexpr int LaneCount = 8;
 
 // Columns being summed side by side, one in each lane; the first `Live` lanes are in use.
 struct Lanes {
-    const float* Values[LaneCount];
-    double Sum[LaneCount];
-    int Left[LaneCount];
-    double* Result[LaneCount];
+    const float* Values[LaneCount] = {};
+    double Sum[LaneCount] = {};
+    int Left[LaneCount] = {};
+    double* Result[LaneCount] = {};
     int Live = 0;
 
     ORVANE_KERNEL_INLINE void Add(std::span<const float> column, double* result) {
@@ -88,15 +88,16 @@ void AddByTwos(Lanes& lanes, int count, Term term) {
     __m128d sums[LaneCount / 2];
     std::memcpy(sums, lanes.Sum, sizeof sums);
     for (int i = 0; i < count; i += 4) {
-        for (int pair = 0; pair < LaneCount / 2; ++pair) {
-            const __m128 even = _mm_loadu_ps(lanes.Values[2 * pair] + i);
-            const __m128 odd = _mm_loadu_ps(lanes.Values[2 * pair + 1] + i);
+        for (int lane = 0; lane < LaneCount; lane += 2) {
+            const float* const* columns = lanes.Values + lane;
+            const __m128 even = _mm_loadu_ps(columns[0] + i);
+            const __m128 odd = _mm_loadu_ps(columns[1] + i);
             const __m128 low = _mm_unpacklo_ps(even, odd);
             const __m128 high = _mm_unpackhi_ps(even, odd);
-            AddTo(sums[pair], low, term);
-            AddTo(sums[pair], _mm_movehl_ps(low, low), term);
-            AddTo(sums[pair], high, term);
-            AddTo(sums[pair], _mm_movehl_ps(high, high), term);
+            AddTo(sums[lane / 2], low, term);
+            AddTo(sums[lane / 2], _mm_movehl_ps(low, low), term);
+            AddTo(sums[lane / 2], high, term);
+            AddTo(sums[lane / 2], _mm_movehl_ps(high, high), term);
         }
     }
     std::memcpy(lanes.Sum, sums, sizeof sums);
@@ -115,17 +116,17 @@ ORVANE_TARGET_AVX2 void AddByFours(Lanes& lanes, int count, Term term) {
     __m256d sums[LaneCount / 4];
     std::memcpy(sums, lanes.Sum, sizeof sums);
     for (int i = 0; i < count; i += 4) {
-        for (int four = 0; four < LaneCount / 4; ++four) {
-            const float* const* columns = lanes.Values + 4 * four;
+        for (int lane = 0; lane < LaneCount; lane += 4) {
+            const float* const* columns = lanes.Values + lane;
             __m128 row0 = _mm_loadu_ps(columns[0] + i);
             __m128 row1 = _mm_loadu_ps(columns[1] + i);
             __m128 row2 = _mm_loadu_ps(columns[2] + i);
             __m128 row3 = _mm_loadu_ps(columns[3] + i);
             _MM_TRANSPOSE4_PS(row0, row1, row2, row3);
-            AddTo(sums[four], row0, term);
-            AddTo(sums[four], row1, term);
-            AddTo(sums[four], row2, term);
-            AddTo(sums[four], row3, term);
+            AddTo(sums[lane / 4], row0, term);
+            AddTo(sums[lane / 4], row1, term);
+            AddTo(sums[lane / 4], row2, term);
+            AddTo(sums[lane / 4], row3, term);
         }
     }
     std::memcpy(lanes.Sum, sums, sizeof sums);

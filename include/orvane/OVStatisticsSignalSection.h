@@ -14,20 +14,19 @@ class OVFilterSection;
 class OVNthElementSection;
 class OVSignalSection;
 
-/// The caller owns vectors and records. The values of a population are those below every section's `Count`,
-/// sections in order. A gated form takes `filters`, one for each section and with its `Count`, and gives
-/// exactly what packing the values whose bits are set into full sections and calling the plain form gives;
-/// the data stay as they are.
+/// The caller owns vectors and records. A population is the values below every section's `Count`, sections in
+/// order. A gated form takes one filter for each section, with its `Count`, and gives exactly what packing
+/// the values whose bits are set into full sections and calling the plain form gives; the data stay as they
+/// are.
 ///
 /// NaN makes averages and standard deviations NaN, is passed over by ranges, and ranks above every number in
-/// medians and all that rests on them, so that a median is NaN only when NaN reaches the middle. A median of
-/// zero is +0.0.
+/// medians: a median is NaN only when NaN reaches the middle. A median of zero is +0.0.
 ///
 /// Vectors that values are copied into (`out`, `lower`, parts) are overwritten from their first section on.
-/// Every section is filled to `Capacity`, and the next one is taken as soon as one is full, so that there is
-/// always a last, possibly empty one; sections behind it are not touched. New sections come from the pool and
-/// belong to the caller. Operations that fill a vector, or that leave alone data that they would have to
-/// reorder, throw OutOfMemoryException* when the pool is exhausted; nothing else throws.
+/// Each is filled to `Capacity` and the next one taken at once, so that the last one may be empty; sections
+/// behind it are not touched. New ones come from the pool and belong to the caller. Operations that fill a
+/// vector, or that copy data to leave them alone, throw OutOfMemoryException* when the pool is exhausted;
+/// nothing else throws.
 class ORVANE_API IOVStatisticsSignalSection {
 public:
     virtual ~IOVStatisticsSignalSection() = default;
@@ -40,10 +39,9 @@ public:
     virtual float Average(std::vector<SignalSection*>& sections, std::vector<FilterSection*>& filters,
                           int& count) = 0;
 
-    /// The mean of all values: they are summed in double section by section, each section's sum is added to
-    /// the total, and the total is divided by `count`, the number of values. Meanwhile `min` follows the
-    /// smallest value from 3.4028235e38 on and `max` the largest from -3.4028235e38 on, where they stay
-    /// without values. NaN for an empty vector.
+    /// The mean of the `count` values, summed in double section by section, each section's sum being added to
+    /// the total. `min` follows the smallest value from 3.4028235e38 on, `max` the largest from -3.4028235e38
+    /// on. NaN without values.
     virtual float Average(std::vector<SignalSection*>& sections, int& count, float& min, float& max) = 0;
 
     /// The mean and the number of values.
@@ -52,15 +50,13 @@ public:
     /// The mean.
     virtual float Average(std::vector<SignalSection*>& sections) = 0;
 
-    /// The mean with count and range; copies of the values are then separated at it into `lower` and `upper`,
-    /// as by BackupAndSeparateSection.
+    /// The mean with count and range, and BackupAndSeparateSection with the mean as its border.
     virtual float Average_BackupAndSeparateSection_2Part(std::vector<SignalSection*>& sections, int& count,
                                                          float& min, float& max,
                                                          std::vector<SignalSection*>& lower,
                                                          std::vector<SignalSection*>& upper) = 0;
 
-    /// The same with four parts: the borders are the mean and the midpoints between it and either end of the
-    /// range.
+    /// The same with four parts, the borders being the mean and its midpoints to either end of the range.
     virtual float Average_BackupAndSeparateSection_4Part(std::vector<SignalSection*>& sections, int& count,
                                                          float& min, float& max,
                                                          std::vector<SignalSection*>& part1,
@@ -68,8 +64,7 @@ public:
                                                          std::vector<SignalSection*>& part3,
                                                          std::vector<SignalSection*>& part4) = 0;
 
-    /// Copies every value, in order, into `lower` when it is below `border` and into `upper` otherwise. NaN
-    /// goes to `upper`.
+    /// Copies every value, in order, into `lower` if it is below `border`, else (NaN too) into `upper`.
     virtual void BackupAndSeparateSection(std::vector<SignalSection*>& sections, float border,
                                           std::vector<SignalSection*>& lower,
                                           std::vector<SignalSection*>& upper) = 0;
@@ -98,8 +93,7 @@ public:
     virtual void BackupSignalSection(std::vector<SignalSection*>& sections,
                                      std::vector<SignalSection*>& out) = 0;
 
-    /// What four parts actually hold, in contrast to the bounds by which they were separated: the number of
-    /// values and their range. False, with zeros, when they hold no number.
+    /// Number and range of the values that four parts actually hold. False, with zeros, without a number.
     virtual bool CalcActual_4Part(std::vector<SignalSection*>& part1, std::vector<SignalSection*>& part2,
                                   std::vector<SignalSection*>& part3, std::vector<SignalSection*>& part4,
                                   int& count, float& min, float& max) = 0;
@@ -119,15 +113,15 @@ public:
                                std::vector<FilterSection*>& filters) = 0;
 
     /// The robust SD of instrument quality control: half the distance between the values at ranks `n * 1587 /
-    /// 10000` and `n * 8413 / 10000` (integer division), between which a normal population has one standard
-    /// deviation on either side of its mean. 0.0 without values. The values are left partially reordered.
+    /// 10000` and `n * 8413 / 10000` (integer division), one SD below and above the mean of a normal
+    /// population. 0.0 without values, which may be left partially reordered.
     virtual float CalcRSDForQC(std::vector<SignalSection*>& sections) = 0;
 
     /// The plain form below, of the gated values.
     virtual bool CalcStatistic_ActualMinMax(std::vector<SignalSection*>& sections,
                                             std::vector<FilterSection*>& filters, float& min, float& max) = 0;
 
-    /// The range of the values as they are, infinities included. False, with zeros, when there is no number.
+    /// The range of all values, infinities included. False, with zeros, without a number.
     virtual bool CalcStatistic_ActualMinMax(std::vector<SignalSection*>& sections, float& min,
                                             float& max) = 0;
 
@@ -214,8 +208,7 @@ public:
     virtual void FindMinMax(std::vector<SignalSection*>& sections, std::vector<FilterSection*>& filters,
                             float& min, float& max) = 0;
 
-    /// Widens a range that the caller has started: `min` is lowered and `max` raised to every value outside,
-    /// so that several populations can share one axis.
+    /// Lowers `min` and raises `max` to every value outside, so that several populations can share a range.
     virtual void FindMinMax(std::vector<SignalSection*>& sections, float& min, float& max) = 0;
 
     /// The plain form below, of the gated values.
@@ -229,7 +222,7 @@ public:
     virtual void GenerateVirtualVectorSignalSection(std::vector<SignalSection*>& real, double* offsets, int n,
                                                     std::vector<SignalSection*>& out) = 0;
 
-    /// The largest value, for a single table cell; 0.0 when there is no number.
+    /// The largest value; 0.0 without a number.
     virtual float GetMaxValue(std::vector<SignalSection*>& sections) = 0;
 
     /// The smallest value; 0.0 when there is no number.
@@ -263,8 +256,8 @@ public:
     /// (BackupSignalSection). 0.0 without values.
     virtual float RobustSD(std::vector<SignalSection*>& sections, float median) = 0;
 
-    /// The robust SD of the values from `min` to `max`, both included, about their own median; the data are
-    /// not disturbed. 0.0 when there are none.
+    /// The robust SD of the values from `min` to `max`, both included, about their median; 0.0 without any.
+    /// The data stay.
     virtual float RobustSD(std::vector<SignalSection*>& sections, float min, float max) = 0;
 
     /// The robust SD of the values below `threshold` about their own median; the data are not disturbed.
