@@ -18,6 +18,11 @@ namespace {
 
 enum DataType { Integer = 1, Float = 2, Double = 3, Ascii = 4 };
 
+// Deliberate: every other width, 10 bits too, is stored in 32-bit words. Hosts fill `BitWidth` accordingly.
+bool HasShortWords(const OVFCSPara& para) {
+    return para.BitWidth == 16;
+}
+
 ByteOrder OrderOf(const OVFCSPara& para) {
     return para.LittleEndian ? ByteOrder::Native : ByteOrder::Reversed;
 }
@@ -66,7 +71,7 @@ void OVFCSWriteRead::WriteFCSData(std::vector<SegmentSection*>& segments, EventS
     CalcSegmentIndexByCount(segments, events);
     switch (para.DataType) {
         case Integer:
-            return para.BitWidth == 16 ? WriteFCSData_Int16(segments, events, para)
+            return HasShortWords(para) ? WriteFCSData_Int16(segments, events, para)
                                        : WriteFCSData_Int32(segments, events, para);
         case Float:
             return WriteFCSData_Float(segments, events, para);
@@ -84,7 +89,7 @@ void OVFCSWriteRead::ReadFCSData(EventSection& events, std::vector<SegmentSectio
     if (events.Count == 0) return;
     switch (para.DataType) {
         case Integer:
-            return para.BitWidth == 16 ? ReadFCSData_Int16(events, segments, para)
+            return HasShortWords(para) ? ReadFCSData_Int16(events, segments, para)
                                        : ReadFCSData_Int32(events, segments, para);
         case Float:
             return ReadFCSData_Float(events, segments, para);

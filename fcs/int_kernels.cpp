@@ -154,6 +154,7 @@ void ReadInt32(const EventRange& range, const unsigned char* raw, ByteOrder orde
         });
 }
 
+// Deliberate: signs and blanks are folded like digits; a wrong number is no error here.
 int FoldDigits(const unsigned char* text, int length) {
     std::uint32_t value = 0;
     for (int i = 0; i < length; ++i) {
