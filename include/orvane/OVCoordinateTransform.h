@@ -56,10 +56,6 @@ public:
     void CalculateLogCoordinateScreen(std::vector<SignalSection*>& signals, float sMin, float sMax,
                                       double wMin, double wMax, CoordinateType t, bool inScreen, double alpha,
                                       std::vector<ModelSection*>& out) const;
-
-private:
-    double LinearConvertToAsinh(double value, double factor) const;
-    double AsinhConvertToLinear(double value, double factor) const;
 };
 
 }  // namespace Orvane

@@ -128,6 +128,10 @@ protected:
     SectionFilterRoutine SectionFilterInTrueFn = nullptr;
     OVConvertLinearAndLog Convert;
 
+    /// Fixes the routines behind the screen operations.
+    void Choose(ScreenValueRoutine value, SectionRoutine section, SectionFilterRoutine filtered,
+                SectionFilterRoutine packed);
+
 private:
     float Clamped(float screen) const;
     PixelMapping Linear() const;
