@@ -6,11 +6,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "foundation/instruction_set.h"
-
-#if defined(__SSE2__)
-#include <immintrin.h>
-#endif
+#include "foundation/intrinsics.h"
 
 namespace Orvane {
 namespace {

@@ -3,7 +3,7 @@
 
 #include "foundation/instruction_set.h"
 
-#if ORVANE_WIDE_KERNELS
+#if defined(__SSE2__)
 #if !defined(__clang__)
 // GCC's own AVX-512 headers raise false alarms where their functions are inlined.
 #pragma GCC diagnostic push
