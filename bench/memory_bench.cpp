@@ -100,7 +100,8 @@ void LookUp(benchmark::State& state, bool apart, Find find) {
     std::vector<void*> addresses;
     for (int i = 0; i < 100; ++i) {
         const std::uintptr_t region = std::uintptr_t{1} << (apart && i >= 50 ? 46 : 40);
-        addresses.push_back(reinterpret_cast<void*>(region + static_cast<std::uintptr_t>(i) * SegmentBytes));
+        const std::uintptr_t address = region + static_cast<std::uintptr_t>(i) * SegmentBytes;
+        addresses.push_back(reinterpret_cast<void*>(address));  // NOLINT(performance-no-int-to-ptr)
         index.AddItem(addresses.back(), static_cast<int>(SegmentBytes), i);
     }
     std::size_t step = 0;

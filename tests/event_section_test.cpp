@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <ctime>
 #include <functional>
-#include <optional>
 #include <random>
 #include <tuple>
 
@@ -101,6 +100,8 @@ struct Sample {
     Events Sections;
 };
 
+constexpr int NoLimit = -1;
+
 /// A raw vector, its compensated twin, whose own columns are 1000 above the raw ones, and the raw model.
 struct Pair {
     ~Pair() { operations.ReleaseVectorSection(Raw, Twin); }
@@ -114,12 +115,12 @@ struct Pair {
         return rows;
     }
 
-    void Append(const Rows& rows, const std::vector<int>& cuts, std::optional<int> limit) {
+    void Append(const Rows& rows, const std::vector<int>& cuts, int limit) {
         Sample raw(rows, cuts);
         Sample twin(Compensated(rows), cuts);
-        if (limit) {
-            operations.AppendEventSection(raw.Sections, Raw, *limit);
-            operations.AppendEventSectionCompensation(twin.Sections, Twin, Raw, Reuse, *limit);
+        if (limit != NoLimit) {
+            operations.AppendEventSection(raw.Sections, Raw, limit);
+            operations.AppendEventSectionCompensation(twin.Sections, Twin, Raw, Reuse, limit);
         } else {
             operations.AppendEventSection(raw.Sections, Raw);
             operations.AppendEventSectionCompensation(twin.Sections, Twin, Raw, Reuse);
@@ -166,7 +167,7 @@ TEST(EventVectors, AgreeWithRowsAfterRandomOperationsOnARawVectorAndItsTwin) {
             operations.SetCountLimit(pair.Twin, limit);
             pair.Model.resize(static_cast<std::size_t>(limit));
         } else {
-            const auto limit = draw(2) == 0 ? std::optional(draw(300)) : std::nullopt;
+            const int limit = draw(2) == 0 ? draw(300) : NoLimit;
             pair.Append(NumberedRows(draw(130)), {draw(2), 31, 32, 33}, limit);
         }
         std::vector<bool> shared;

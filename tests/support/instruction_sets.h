@@ -1,9 +1,20 @@
 // Running a test once per instruction set that this machine offers.
 #pragma once
 
+#include <ostream>
 #include <vector>
 
 #include "foundation/instruction_set.h"
+
+namespace Orvane {
+
+/// For the names and messages of parameterised tests.
+inline void PrintTo(InstructionSet set, std::ostream* out) {
+    static constexpr const char* Names[] = {"baseline", "avx2", "avx512"};
+    *out << Names[static_cast<int>(set)];
+}
+
+}  // namespace Orvane
 
 namespace Orvane::Testing {
 

@@ -1,0 +1,484 @@
+// The pool: where packets come from, what is refused, how it grows, its accounting, its log, its threads.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "memory/pool.h"
+#include "memory/pool_access.h"
+#include "memory/pooled.h"
+#include "tests/support/pool.h"
+
+namespace Orvane {
+namespace {
+
+using namespace Testing;
+using Info = MemoryStatisticsInfo;
+using Manage = MemoryManage;
+
+/// A kind of storage; the last one is the raw segment.
+struct Storage {
+    char Letter;
+    int (*Bytes)();
+    int Info::*UsedCount;
+    void* (*Take)();
+    void (*Return)(void*);
+};
+
+template <class Element, Element* (*Take)(), void (*Return)(Element*)>
+Storage Kind(char letter, int (*bytes)(), int Info::*usedCount) {
+    return {letter, bytes, usedCount, [] { return static_cast<void*>(Take()); },
+            [](void* p) { Return(static_cast<Element*>(p)); }};
+}
+
+const Storage Kinds[] = {
+    Kind<float, Manage::NewFloatArray, Manage::FreeFloatArray>(
+        'f', [] { return Manage::GetCapacity() * 4; }, &Info::UsedFloatCount),
+    Kind<short, Manage::NewShortArray, Manage::FreeShortArray>(
+        's', [] { return Manage::GetCapacity() * 2; }, &Info::UsedShortCount),
+    Kind<int, Manage::NewIntArray, Manage::FreeIntArray>(
+        'i', [] { return Manage::GetCapacityInt() * 4; }, &Info::UsedIntCount),
+    Kind<int, Manage::NewBitArray, Manage::FreeBitArray>(
+        'b', [] { return Manage::GetCapacity() / 8; }, &Info::UsedBitCount),
+    {'r', Manage::GetSegmentSize, nullptr, Manage::NewSegment, Manage::FreeSegment},
+};
+
+const Storage& KindOf(char letter) {
+    return *std::find_if(Kinds, std::end(Kinds), [&](const Storage& kind) { return kind.Letter == letter; });
+}
+
+Info Statistics() {
+    Info info{};
+    Manage::GetStatisticsInfo(info);
+    return info;
+}
+
+/// The type and message of what `action` throws; empty when it throws nothing.
+template <class Action>
+std::string ThrownBy(Action action) {
+    const auto describe = [](const char* type, auto* error) {
+        const std::unique_ptr<std::remove_pointer_t<decltype(error)>> owner(error);
+        return std::string(type) + error->GetMessageException();
+    };
+    try {
+        action();
+    } catch (OutOfMemoryException* error) {
+        return describe("OutOfMemory: ", error);
+    } catch (InvalidMemoryException* error) {
+        return describe("Invalid: ", error);
+    } catch (RepeatFreeException* error) {
+        return describe("Repeat: ", error);
+    } catch (const char* text) {
+        return text;
+    }
+    return "";
+}
+
+constexpr const char* Repeated = "Repeat: Repeat free memory.";
+constexpr const char* Invalid = "Invalid: It is a invaild memory.";
+constexpr const char* AtOnce = "OutOfMemory: Out of memory!";
+constexpr const char* InTheEnd = "OutOfMemory: Out of memory.";
+
+/// Expects `action` to be refused with `message` and to leave the pool alone.
+template <class Action>
+void ExpectRefusal(Action action, const char* message) {
+    const Info before = Statistics();
+    EXPECT_EQ(ThrownBy(action), message);
+    const Info after = Statistics();
+    EXPECT_EQ(std::memcmp(&before, &after, sizeof before), 0);
+    EXPECT_EQ(FindPoolFault(), "");
+}
+
+/// "segment.block.packet", segments in order of creation.
+std::string PlaceOf(void* p, const Storage& kind) {
+    Pool& pool = ThePool();
+    const int segment = pool.AddressIndex.FindIndex(p);
+    const auto* start = pool.Segments[static_cast<std::size_t>(segment)]->Address;
+    const auto offset = static_cast<unsigned char*>(p) - start;
+    const int blockSize = pool.Settings.BlockSize();
+    std::ostringstream place;
+    place << segment << '.' << offset / blockSize << '.' << offset % blockSize / kind.Bytes();
+    return place.str();
+}
+
+// Segments have four blocks; a block holds 1 float, 2 short, 16 int or 32 bit packets. "k=place" takes from
+// kind k and expects the packet there; "-n" returns the n-th one taken.
+const char* const Placements[] = {
+    // the lowest free block comes first; a full segment is left
+    "f=0.0.0 f=0.1.0 f=0.2.0 -1 f=0.1.0 f=0.3.0 f=1.0.0",
+    // kinds do not share segments
+    "f=0.0.0 s=1.0.0 i=2.0.0 b=3.0.0 i=2.0.1 b=3.0.1 r=4.0.0",
+    // the lowest free packet of the first partly used block; a block that was full goes to the end
+    "s=0.0.0 s=0.0.1 s=0.1.0 -0 s=0.1.1 s=0.0.0 s=0.2.0 -5 s=0.2.0",
+    // a segment that was full goes to the end
+    ("f=0.0.0 f=0.1.0 f=0.2.0 f=0.3.0 f=1.0.0 f=1.1.0 f=1.2.0 f=1.3.0 f=2.0.0 -5 -2 "
+     "f=2.1.0 f=2.2.0 f=2.3.0 f=1.1.0 f=0.2.0 f=3.0.0"),
+    // segments are free in the order of their last return
+    "f=0.0.0 s=1.0.0 i=2.0.0 -1 -0 -2 b=1.0.0 r=0.0.0 f=2.0.0",
+    // a returned raw segment is cut like any other, and a block changes its kind
+    "r=0.0.0 f=1.0.0 -0 b=0.0.0 b=0.0.1 -1 r=1.0.0 -2 -3 s=0.0.0 s=0.0.1 -5 -6 i=0.0.0 i=0.0.1"};
+
+TEST(Pool, PlacesPacketsByTheListRules) {
+    for (const char* steps : Placements) {
+        SCOPED_TRACE(steps);
+        const SmallPool pool;
+        std::vector<std::pair<const Storage*, void*>> taken;
+        std::istringstream script(steps);
+        for (std::string step; script >> step;) {
+            if (step[0] == '-') {
+                auto& [kind, packet] = taken[std::stoul(step.substr(1))];
+                kind->Return(std::exchange(packet, nullptr));
+            } else {
+                const Storage& kind = KindOf(step[0]);
+                taken.emplace_back(&kind, kind.Take());
+                EXPECT_EQ(PlaceOf(taken.back().second, kind), step.substr(2));
+            }
+            EXPECT_EQ(FindPoolFault(), "");
+        }
+        for (const auto& [kind, packet] : taken) {
+            if (packet != nullptr) kind->Return(packet);
+        }
+    }
+}
+
+/// Takes and returns at random and keeps, as a plain list, what the pool should know.
+class Traffic {
+public:
+    explicit Traffic(int seed) : random_(static_cast<unsigned>(seed)) {}
+    ~Traffic() { Manage::ReleaseAll(); }
+
+    void Step() {
+        const int draw = Draw(100);
+        if (draw < 52) Take();
+        if (draw >= 52 && draw < 98 && !held_.empty()) Return();
+        if (draw == 98) ExpectRefusal([&] { Kinds[Draw(5)].Return(&random_); }, Invalid);
+        if (draw == 99) Shrink();
+    }
+
+    void ExpectAgreement() {
+        EXPECT_EQ(FindPoolFault(), "");
+        const Info info = Statistics();
+        for (const Storage& kind : Kinds) {
+            const auto isOfKind = [&](const Held& held) { return held.Kind == &kind; };
+            if (kind.UsedCount == nullptr) continue;
+            EXPECT_EQ(info.*kind.UsedCount, std::count_if(held_.begin(), held_.end(), isOfKind));
+        }
+        EXPECT_EQ(info.UseSize, useSize_);
+        EXPECT_EQ(info.NewSize, std::int64_t{allocator_.Calls()} * info.SegmentSize);
+    }
+
+private:
+    struct Held {
+        const Storage* Kind;
+        unsigned char* Start;
+        unsigned char Filling;
+    };
+
+    int Draw(int below) { return static_cast<int>(random_() % static_cast<unsigned>(below)); }
+
+    void Take() {
+        const Storage& kind = Kinds[Draw(40) == 0 ? 4 : Draw(4)];
+        auto* start = static_cast<unsigned char*>(kind.Take());
+        held_.push_back({&kind, start, static_cast<unsigned char>(Draw(256))});
+        std::fill_n(start, kind.Bytes(), held_.back().Filling);
+        useSize_ += kind.Bytes();
+    }
+
+    /// Through any address inside; its contents are untouched by other packets, a second return is refused.
+    void Return() {
+        std::swap(held_[static_cast<std::size_t>(Draw(static_cast<int>(held_.size())))], held_.back());
+        const auto [kind, start, filling] = held_.back();
+        held_.pop_back();
+        EXPECT_EQ(std::count(start, start + kind->Bytes(), filling), kind->Bytes());
+        void* inside = start + Draw(kind->Bytes());
+        kind->Return(inside);
+        useSize_ -= kind->Bytes();
+        ExpectRefusal([&, returnAgain = kind->Return] { returnAgain(inside); }, Repeated);
+    }
+
+    /// The counter falls by the segments that went. What lay in a kept segment counts as returned, the rest
+    /// as foreign.
+    void Shrink() {
+        const int before = Statistics().SegmentCount;
+        Manage::ReleaseToInit();
+        const Info info = Statistics();
+        EXPECT_EQ(info.SegmentCount, std::min(before, info.InitCount));
+        EXPECT_EQ(info.FreeCount, info.SegmentCount);
+        useSize_ -= std::int64_t{before - info.SegmentCount} * info.SegmentSize;
+        for (const Held& held : held_) {
+            const bool isKept = ThePool().AddressIndex.FindIndex(held.Start) >= 0;
+            ExpectRefusal([&] { held.Kind->Return(held.Start); }, isKept ? Repeated : Invalid);
+        }
+        held_.clear();
+    }
+
+    std::mt19937 random_;
+    std::vector<Held> held_;
+    std::int64_t useSize_ = 0;
+    FailingAllocator allocator_{std::numeric_limits<int>::max()};
+};
+
+TEST(Pool, AgreesWithAPlainListUnderRandomTraffic) {
+    const int cases[][3] = {{64, 4, 2}, {32, 32, 0}, {128, 1, 3}, {4096, 3, 1}};
+    for (const auto& [capacity, blocks, initCount] : cases) {
+        const SmallPool pool(capacity, blocks);
+        const Info info = Statistics();
+        Traffic traffic(capacity);
+        Manage::InitMemoryManage(info.SegmentSize, blocks, initCount, capacity, info.CapacityInt);
+        for (int i = 0; i < 1500 && !::testing::Test::HasFailure(); ++i) {
+            traffic.Step();
+            traffic.ExpectAgreement();
+        }
+    }
+}
+
+struct GrowthCase {
+    const char* Kinds;  ///< for which it is so
+    bool AllocatorFails, AtThreshold;
+    char Answer;          ///< of the handler: y or n; '-' when there is none
+    std::size_t Returns;  ///< float packets that the handler returns
+    const char* Thrown;
+    int HandlerCalls, SegmentsObtained;
+};
+
+const GrowthCase GrowthCases[] = {
+    {"fsibr", true, false, '-', 0, AtOnce, 0, 0},  // nobody to ask
+    {"fsibr", false, true, '-', 0, "", 0, 1},
+    {"fsibr", false, false, 'y', 8, "", 0, 1},  // no need to ask
+    {"fsibr", true, false, 'n', 0, AtOnce, 1, 0},
+    {"fsib", true, true, 'n', 0, AtOnce, 2, 0},
+    {"fsib", true, false, 'y', 0, InTheEnd, 2, 0},  // an empty promise, twice
+    {"fsib", true, true, 'y', 0, InTheEnd, 4, 0},
+    {"fsib", false, true, 'y', 0, "", 1, 1},
+    {"fsib", true, false, 'y', 8, "", 1, 0},  // returned segments serve
+    {"fsib", false, true, 'y', 8, "", 1, 0},
+    {"fsib", false, true, 'n', 8, "", 1, 1},
+    {"f", true, false, 'y', 1, "", 1, 0},  // so does one column, but only a column
+    {"f", false, true, 'y', 1, "", 1, 1},
+    {"sib", true, false, 'y', 1, InTheEnd, 2, 0},
+    {"r", true, true, 'y', 8, InTheEnd, 1, 0},  // raw: one attempt, no threshold
+    {"r", false, true, 'y', 8, "", 0, 1}};
+
+/// The case in hand, what its handler can return, how often it was asked.
+const GrowthCase* growth = nullptr;
+std::vector<PooledColumn> returnable;
+int handlerCalls = 0;
+
+bool Handle() {
+    ++handlerCalls;
+    returnable.resize(returnable.size() - std::min(growth->Returns, returnable.size()));
+    return growth->Answer == 'y';
+}
+
+/// Takes one packet beside two segments that are full of floats.
+void ExpectGrowth(const GrowthCase& given, const Storage& kind) {
+    const SmallPool pool;
+    growth = &given;
+    returnable = std::vector<PooledColumn>(8);
+    handlerCalls = 0;
+    const std::int64_t newSize = Manage::GetNewSize();
+    Manage::SetUpperSize(2 * newSize + (given.AtThreshold ? 1 : 2));
+    Manage::SetCallOutOfMemory(given.Answer == '-' ? nullptr : Handle);
+    const FailingAllocator allocator(given.AllocatorFails ? 1 : 1000);
+
+    void* taken = nullptr;
+    EXPECT_EQ(ThrownBy([&] { taken = kind.Take(); }), given.Thrown);
+    EXPECT_EQ(handlerCalls, given.HandlerCalls);
+    EXPECT_EQ(Manage::GetNewSize() - newSize, given.SegmentsObtained * Manage::GetSegmentSize());
+    EXPECT_EQ(Manage::GetUseSize(), CountBytesHandedOut());
+    EXPECT_EQ(FindPoolFault(), "");
+    if (taken != nullptr) kind.Return(taken);
+    returnable.clear();
+}
+
+TEST(Pool, GrowsAsksAndFailsAsStated) {
+    for (const GrowthCase& given : GrowthCases) {
+        SCOPED_TRACE(&given - GrowthCases);
+        for (const char letter : std::string(given.Kinds))
+            ExpectGrowth(given, KindOf(letter));
+    }
+    Manage::SetCallOutOfMemory(nullptr);
+    Manage::SetUpperSize(std::int64_t{6} << 30);
+}
+
+TEST(Pool, EveryTakingOperationSurvivesAnAllocatorThatFailsAtAnyCall) {
+    std::vector<float> values(64);
+    ForEachFailingAllocation([&] {
+        const std::vector<PooledColumn> columns(3);
+        const std::vector<PooledShorts> shorts(3);
+        const std::vector<PooledInts> counters(33);
+        const std::vector<PooledBits> bits(33);
+        Manage::FreeFloatArray(Manage::NewFloatArrayValue(values.data()));
+        Manage::FreeSegment(Manage::NewSegment());
+    });
+}
+
+TEST(Pool, SettingUpLeavesOutSegmentsThatTheAllocatorDoesNotHave) {
+    const SmallPool pool;
+    const FailingAllocator allocator(2, 1);
+    Manage::SetCallOutOfMemory([] { return true; });
+    Manage::InitMemoryManage(1024, 4, 3, 64, 4);
+    Manage::SetCallOutOfMemory(nullptr);
+    EXPECT_EQ(Statistics().FreeCount, 2);
+    EXPECT_EQ(Manage::GetNewSize(), 2048);
+}
+
+template <class Element>
+void ExpectCopy(Element* (*takeCopy)(Element*), void (*giveBack)(Element*), int elements) {
+    std::vector<Element> source(static_cast<std::size_t>(elements), static_cast<Element>(elements));
+    Element* copy = takeCopy(source.data());
+    EXPECT_EQ(std::vector<Element>(copy, copy + elements), source);
+    giveBack(copy);
+}
+
+TEST(Pool, CopiesAWholePacketOfEachKind) {
+    const SmallPool pool;
+    ExpectCopy(Manage::NewFloatArrayValue, Manage::FreeFloatArray, 64);
+    ExpectCopy(Manage::NewShortArrayValue, Manage::FreeShortArray, 64);
+    ExpectCopy(Manage::NewIntArrayValue, Manage::FreeIntArray, 4);
+    ExpectCopy(Manage::NewBitArrayValue, Manage::FreeBitArray, 64 / 32);
+}
+
+TEST(PooledOwner, ReturnsOnceWhereverThePacketWent) {
+    const SmallPool pool;
+    PooledColumn first;
+    PooledColumn second(std::move(first));
+    PooledColumn third;
+    third = std::move(second);
+    Manage::FreeFloatArray(third.Release());
+}
+
+TEST(Pool, ServesEightThreadsAtOnce) {
+    const SmallPool pool;
+    const auto work = [](int filling) {
+        std::pair<const Storage*, unsigned char*> held[24]{};
+        for (int i = 0; i < 3000; ++i) {
+            auto& [kind, packet] = held[i % 24];
+            if (packet != nullptr) {
+                EXPECT_EQ(std::count(packet, packet + kind->Bytes(), filling), kind->Bytes());
+                kind->Return(packet);
+            }
+            kind = &Kinds[i % 5];
+            packet = static_cast<unsigned char*>(kind->Take());
+            std::memset(packet, filling, static_cast<std::size_t>(kind->Bytes()));
+            EXPECT_GT(Manage::GetUseSize(), 0);
+        }
+        for (const auto& [kind, packet] : held)
+            kind->Return(packet);
+    };
+    std::vector<std::thread> threads;
+    for (int filling = 1; filling <= 8; ++filling)
+        threads.emplace_back(work, filling);
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+/// A static constructor of a host may already use the pool, with the default sizes.
+const auto [obtainedFor32, obtainedFor33] = [] {
+    const std::vector<PooledColumn> columns(32);
+    const std::int64_t before = Manage::GetNewSize();
+    const PooledColumn oneMore;
+    return std::pair(before, Manage::GetNewSize());
+}();
+
+TEST(Pool, PutsThirtyTwoColumnsIntoASegmentEvenInStaticConstructors) {
+    EXPECT_EQ(obtainedFor32, 8 << 20);
+    EXPECT_EQ(obtainedFor33, 16 << 20);
+}
+
+/// The log's contents with every digit of a time of day as 0.
+std::string LogText() {
+    std::ifstream file("c:\\UnitTest\\logForMemory.txt", std::ios::binary);
+    std::string text(std::istreambuf_iterator<char>(file), {});
+    bool inTime = false;
+    for (char& c : text) {
+        if (c == '(' || c == ')') inTime = c == '(';
+        if (inTime && c >= '0' && c <= '9') c = '0';
+    }
+    return text;
+}
+
+#if !defined(_WIN32)
+TEST(Pool, LogsItsColumnsAndStartsOverAfterClosing) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    const std::filesystem::path directory = ::testing::TempDir() + "orvane_log_" + std::to_string(getpid());
+    std::filesystem::create_directory(directory);
+    std::filesystem::current_path(directory);
+    const SmallPool pool(65536, 4, 9);  // of 1 MiB each
+    const std::string header =
+        "No.\tTime\tNew size(M)\tUse size(M)\tSegment Count\tFree Count\t NoFull "
+        "float\tshort\tint\tbitarray\n";
+    {
+        std::vector<PooledColumn> columns(12);  // three segments full, then not
+        std::vector<PooledShorts> shorts(16);   // two
+        const PooledInts counters;
+        for (const std::size_t i : {0U, 4U, 8U})
+            Manage::FreeFloatArray(columns[i].Release());
+        for (const std::size_t i : {0U, 1U, 8U, 9U})
+            Manage::FreeShortArray(shorts[i].Release());
+        PoolAccess::WriteLog();
+        void* raw = Manage::NewSegment();
+        PoolAccess::WriteLog();
+        Manage::FreeSegment(raw);
+    }
+    // Nine columns, twelve half ones and a counter array: 3.8 MiB, then a whole segment besides.
+    EXPECT_EQ(LogText(), header + "9\t(0000-00-00 00:00:00)\t9\t3\t9\t3\t3\t2\t2\t1\n" +
+                             "9\t(0000-00-00 00:00:00)\t9\t4\t9\t2\t3\t2\t2\t1\n");
+    PoolAccess::CloseLog();
+    PoolAccess::WriteLog();
+    PoolAccess::CloseLog();
+    EXPECT_EQ(LogText(), header + "9\t(0000-00-00 00:00:00)\t9\t0\t9\t9\t0\t0\t0\t0\n");
+    std::filesystem::current_path(before);
+    std::filesystem::remove_all(directory);
+}
+#endif
+
+// The borders are where a look-up can go wrong, so they and their neighbours are compared with a walk.
+TEST(AddressIndex, FindsWhatAWalkFindsWhileItGrowsAndShrinks) {
+    using Starts = std::vector<std::intptr_t>;
+    constexpr int Size = 4096;
+    const auto at = [](std::intptr_t address) {
+        return reinterpret_cast<void*>(address);  // NOLINT(performance-no-int-to-ptr)
+    };
+    const auto expectLikeAWalk = [&](QuickFindIndex& index, const Starts& present, const Starts& all) {
+        for (const std::intptr_t start : all) {
+            for (const std::intptr_t address : {start - 1, start, start + Size - 1, start + Size}) {
+                const auto contains = [&](std::intptr_t s) { return s <= address && address < s + Size; };
+                const auto found = std::find_if(present.begin(), present.end(), contains);
+                const int expected = found == present.end() ? -1 : static_cast<int>(*found % 251);
+                EXPECT_EQ(index.FindIndex(at(address)), expected) << std::hex << address;
+            }
+        }
+    };
+    for (const Starts& starts : {Starts{0x10000}, Starts{0x10000, 0x11000, 0x12000, 0x13000, 0x14000},
+                                 Starts{0x90000, 0x80000, 0x50000, 0x40000, 0x10000},
+                                 Starts{0x50000, 0x10000, 0x90000, 0x51000, 0x4f000, 0x11000, 0x70000},
+                                 Starts{0x7f0000000000, 0x10000, 0x7f0000001000, 0x11000, 0x7f0000003000,
+                                        0x12000, 0x550000000000}}) {
+        QuickFindIndex index;
+        Starts present;
+        for (const std::intptr_t start : starts) {
+            index.AddItem(at(start), Size, static_cast<int>(start % 251));
+            present.push_back(start);
+            expectLikeAWalk(index, present, starts);
+        }
+        while (!present.empty()) {  // first, last and middle ones alike, through any address inside
+            const auto victim = present.begin() + static_cast<std::ptrdiff_t>(present.size() * 2 / 3);
+            index.RemoveItem(at(*victim + Size / 2));
+            present.erase(victim);
+            expectLikeAWalk(index, present, starts);
+        }
+        EXPECT_EQ(ThrownBy([&] { index.RemoveItem(at(starts[0])); }), "No find address in itmes.");
+    }
+}
+
+}  // namespace
+}  // namespace Orvane
