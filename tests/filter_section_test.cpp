@@ -7,6 +7,7 @@
 
 #include <orvane/OVFilterSection.h>
 
+#include "support/exceptions.h"
 #include "support/instruction_sets.h"
 #include "support/pool.h"
 
@@ -326,13 +327,9 @@ TEST(FilterSections, DoNotFollowAForeignOne) {
     const SmallPool pool;
     Gate gate({3});
     FilterSection foreign;
-    try {
-        operations.GetNextSection(gate.Sections, &foreign);
-        ADD_FAILURE() << "a foreign section was taken";
-    } catch (InvalidParameterException* error) {
-        EXPECT_STREQ(error->GetMessageException(), "The section object is not in vector.");
-        delete error;
-    }
+    EXPECT_EQ(
+        MessageOf<InvalidParameterException>([&] { operations.GetNextSection(gate.Sections, &foreign); }),
+        "The section object is not in vector.");
 }
 
 TEST(FilterSections, GiveBackWhatTheyTookWhenThePoolIsExhausted) {
