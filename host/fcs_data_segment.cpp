@@ -91,8 +91,8 @@ private:
         if (!place.HasEnd() || place.offsets.end < place.offsets.begin) return 1;
         if (!expected_ || layout_.freeFormat) return 2;
         const std::uint64_t length = place.offsets.end - place.offsets.begin + 1;
-        if (length / layout_.EventBytes() < *expected_) return 2;
-        return length == *expected_ * layout_.EventBytes() ? 4 : 3;
+        const bool fits = length / layout_.EventBytes() == *expected_ && length % layout_.EventBytes() == 0;
+        return fits ? 3 : 2;
     }
 
     bool OverlapsText(std::uint64_t begin) const {
