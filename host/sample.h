@@ -21,7 +21,7 @@ enum class ValueKind {
 /// little memory whatever its number of parameters. Before the first sample only.
 void SizePool(const std::vector<const FcsFile*>& files);
 
-/// The columns of all parameters. Movable by pointer only; storage returns to the pool at the end.
+/// The columns of all parameters, whose storage returns to the pool at the end.
 class Sample {
 public:
     /// Reads the events of `file` section by section and tells `progress` how many bytes each has taken.
