@@ -8,6 +8,7 @@
 #include <orvane/OVStatisticsSignalSection.h>
 
 #include "operations/statistics_kernels.h"
+#include "operations/statistics_moments.h"
 #include "support/awkward.h"
 #include "support/instruction_sets.h"
 #include "support/pool.h"
@@ -23,6 +24,13 @@ Floats FiniteFloats(int count, unsigned seed) {
     std::replace_if(
         values.begin(), values.end(), [](float x) { return !(std::fabs(x) < 1e30F); }, 17.0F);
     return values;
+}
+
+Floats RangeOf(const Floats& values) {
+    Floats range{FLT_MAX, -FLT_MAX};
+    for (const float value : values)
+        range = {std::min(range[0], value), std::max(range[1], value)};
+    return range;
 }
 
 class Statistics : public ::testing::TestWithParam<InstructionSet> {
@@ -80,26 +88,20 @@ TEST_P(Statistics, OfMomentsFollowTheirFormulas) {
             squares += partial;
         }
         const float sd = count == 1 ? 0.0F : static_cast<float>(std::sqrt(squares / (count - 1)));
-        float min = FLT_MAX;
-        float max = -FLT_MAX;
-        for (const float value : sample.Values()) {
-            min = std::min(min, value);
-            max = std::max(max, value);
-        }
-
+        // Floats would hide most changes of order.
+        EXPECT_EQ(SumOf(Population(sample.Sections)).Sum, total);
+        EXPECT_EQ(SumOfSquares(Population(sample.Sections), mean).Sum, squares);
         OVSignalStatistics row;
-        float average = 0;
-        float cv = 0;
-        float deviation = 0;
-        EXPECT_EQ(statistics.CalcStatistic_AverageCVSD(sample.Sections, average, cv, deviation), count > 0);
+        Floats r(3);
+        EXPECT_EQ(statistics.CalcStatistic_AverageCVSD(sample.Sections, r[0], r[1], r[2]), count > 0);
+        EXPECT_EQ(Bits(r), Bits({mean, std::fabs(sd / mean), sd}));
         statistics.CalcStatistic_MorePara(sample.Sections, row);
         EXPECT_EQ(row.Count, count);
-        EXPECT_EQ(Bits({statistics.Average(sample.Sections), average, row.Average}),
-                  Bits({mean, mean, mean}));
-        EXPECT_EQ(Bits({statistics.SD(sample.Sections), deviation, row.SD}), Bits({sd, sd, sd}));
-        EXPECT_EQ(Bits({statistics.CV(sample.Sections), cv, row.CV}),
-                  Bits({sd / mean, std::fabs(sd / mean), sd / mean}));
-        EXPECT_EQ(Bits({row.Min, row.Max}), Bits({min, max}));
+        EXPECT_EQ(Bits({row.Average, row.SD, row.CV}), Bits({mean, sd, sd / mean}));
+        r = {statistics.Average(sample.Sections), statistics.SD(sample.Sections),
+             statistics.CV(sample.Sections)};
+        EXPECT_EQ(Bits(r), Bits({mean, sd, sd / mean}));
+        EXPECT_EQ((Floats{row.Min, row.Max}), RangeOf(sample.Values()));
     }
 }
 
@@ -114,20 +116,20 @@ TEST_P(Statistics, OfRangesDifferInWhatTheyPassOver) {
           Row{{Infinity, nan}, {Infinity, Infinity}, {0, 0}}, Row{{nan}, {0, 0}, {0, 0}},
           Row{{}, {0, 0}, {0, 0}}}) {
         Sample sample(values);
-        float min = 9;
-        float max = 9;
-        EXPECT_EQ(statistics.CalcStatistic_ActualMinMax(sample.Sections, min, max), actual != Floats({0, 0}));
-        EXPECT_EQ((Floats{min, max}), actual);
-        EXPECT_EQ((Floats{statistics.GetMinValue(sample.Sections), statistics.GetMaxValue(sample.Sections)}),
-                  actual);
-        EXPECT_EQ(statistics.CalcStatistic_RealMinMax(sample.Sections, min, max), real != Floats({0, 0}));
-        EXPECT_EQ((Floats{min, max}), real);
+        Floats range{9, 9};
+        EXPECT_EQ(statistics.CalcStatistic_ActualMinMax(sample.Sections, range[0], range[1]),
+                  actual != Floats({0, 0}));
+        EXPECT_EQ(range, actual);
+        range = {statistics.GetMinValue(sample.Sections), statistics.GetMaxValue(sample.Sections)};
+        EXPECT_EQ(range, actual);
+        EXPECT_EQ(statistics.CalcStatistic_RealMinMax(sample.Sections, range[0], range[1]),
+                  real != Floats({0, 0}));
+        EXPECT_EQ(range, real);
     }
     Sample sample({2, 5});
-    float min = 3;
-    float max = 4;
-    statistics.FindMinMax(sample.Sections, min, max);
-    EXPECT_EQ((Floats{min, max}), (Floats{2, 5}));
+    Floats range{3, 4};
+    statistics.FindMinMax(sample.Sections, range[0], range[1]);
+    EXPECT_EQ(range, (Floats{2, 5}));
 }
 
 /// What an operation yields: its numbers, then the values of the vector that it fills.
@@ -206,6 +208,9 @@ TEST_P(Statistics, OfAGateAreThoseOfItsExtractedValues) {
             const Floats values = count == 3000 ? RandomFloats(count, 4) : FiniteFloats(count, 4);
             Sample sample(values);
             Gate gate(sample.Sections, 9, density);
+            Sample packed(gate.Passing(sample.Sections), Sample::Cut::Packed);
+            const Total sum = SumOf(Population(sample.Sections, gate.Sections));
+            EXPECT_TRUE(std::isnan(sum.Sum) || sum.Sum == SumOf(Population(packed.Sections)).Sum);
             for (const Operation& operation : GatedOperations()) {
                 Floats gated;
                 Floats plain;
@@ -265,14 +270,9 @@ TEST_P(Statistics, InPlaceAndOverPartsEqualTheRow) {
         statistics.CalcActual_4Part(p1.Sections, p2.Sections, p3.Sections, p4.Sections, count, min, max));
     EXPECT_EQ((Floats{static_cast<float>(count), min, max}), (Floats{5000, row.Min, row.Max}));
 
-    float average = 0;
-    float median = 0;
-    float robustCV = 0;
-    float robustSD = 0;
-    EXPECT_TRUE(
-        statistics.CalcStatistic_AverageMedianRCVRSD(sample.Sections, average, median, robustCV, robustSD));
-    EXPECT_EQ((Floats{average, median, robustCV, robustSD}),
-              (Floats{row.Average, row.Median, row.RobustCV, row.RobustSD}));
+    Floats r(4);
+    EXPECT_TRUE(statistics.CalcStatistic_AverageMedianRCVRSD(sample.Sections, r[0], r[1], r[2], r[3]));
+    EXPECT_EQ(r, (Floats{row.Average, row.Median, row.RobustCV, row.RobustSD}));
     EXPECT_EQ(statistics.RobustCV(sample.Sections, 0.0F), 0.0F);
 }
 
@@ -304,22 +304,15 @@ TEST_P(Statistics, CopyBelowAThresholdIntoSectionsThatAreReused) {
     EXPECT_EQ(Bits(out.Values()), Bits(sample.Values()));
     const std::size_t sections = out.Sections.size();
     for (const float threshold : {-std::numeric_limits<float>::infinity(), 0.0F, 1e9F, std::nanf("")}) {
-        Floats expected;
-        float least = FLT_MAX;
-        float greatest = -FLT_MAX;
-        for (const float value : sample.Values()) {
-            if (!(value < threshold)) continue;
-            expected.push_back(value);
-            least = std::min(least, value);
-            greatest = std::max(greatest, value);
-        }
-        float min = 0;
-        float max = 0;
-        statistics.BackupSignalSection_LessMinValue(sample.Sections, threshold, out.Sections, min, max);
+        Floats expected = sample.Values();
+        std::erase_if(expected, [&](float value) { return !(value < threshold); });
+        Floats range(2);
+        statistics.BackupSignalSection_LessMinValue(sample.Sections, threshold, out.Sections, range[0],
+                                                    range[1]);
         Floats copied = out.Values();
         copied.resize(expected.size());
         EXPECT_EQ(Bits(copied), Bits(expected));
-        EXPECT_EQ((Floats{min, max}), (Floats{least, greatest}));
+        EXPECT_EQ(range, RangeOf(expected));
         EXPECT_EQ(out.Sections[expected.size() / 96]->Count, static_cast<int>(expected.size() % 96));
         EXPECT_EQ(out.Sections.size(), sections);
     }
@@ -365,20 +358,18 @@ TEST(StatisticsWithoutStorage, LoseNothing) {
         [&] {
             Sample sample(values);
             OwnedSignals parts[4];
-            float sd = 0;
+            auto& [p1, p2, p3, p4] = parts;
             int count = 0;
-            float min = 0;
-            float max = 0;
+            float r[2] = {};
             OVSignalStatistics row;
-            statistics.RobustSD_LessMinValue(sample.Sections, 100, sd);
+            statistics.RobustSD_LessMinValue(sample.Sections, 100, r[0]);
             statistics.RobustSD(sample.Sections, -10, 10);
             statistics.CalcStatistic_MorePara(sample.Sections, row);
-            statistics.Average_BackupAndSeparateSection_2Part(sample.Sections, count, min, max,
-                                                              parts[0].Sections, parts[1].Sections);
-            EXPECT_EQ(parts[0].Values().size() + parts[1].Values().size(), values.size());
-            statistics.Average_BackupAndSeparateSection_4Part(sample.Sections, count, min, max,
-                                                              parts[0].Sections, parts[1].Sections,
-                                                              parts[2].Sections, parts[3].Sections);
+            statistics.Average_BackupAndSeparateSection_2Part(sample.Sections, count, r[0], r[1], p1.Sections,
+                                                              p2.Sections);
+            EXPECT_EQ(p1.Values().size() + p2.Values().size(), values.size());
+            statistics.Average_BackupAndSeparateSection_4Part(sample.Sections, count, r[0], r[1], p1.Sections,
+                                                              p2.Sections, p3.Sections, p4.Sections);
         },
         1024);
 }
