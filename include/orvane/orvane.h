@@ -8,11 +8,13 @@
 #include <orvane/MemoryManage.h>
 #include <orvane/MemoryPackets.h>
 #include <orvane/OVCalculateAlpha.h>
+#include <orvane/OVCompensation.h>
 #include <orvane/OVConvertLinearAndLog.h>
 #include <orvane/OVCoordinateTransform.h>
 #include <orvane/OVCoordinateTransformerX.h>
 #include <orvane/OVCoordinateTransformerY.h>
 #include <orvane/OVCountSection.h>
+#include <orvane/OVCustomSignal.h>
 #include <orvane/OVEventSection.h>
 #include <orvane/OVFCSPara.h>
 #include <orvane/OVFCSWriteRead.h>
