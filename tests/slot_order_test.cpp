@@ -9,6 +9,8 @@
 #include <numeric>
 #include <vector>
 
+#include <orvane/OVCoordinateTransformerX.h>
+#include <orvane/OVCoordinateTransformerY.h>
 #include <orvane/OVCountSection.h>
 #include <orvane/OVEventSection.h>
 #include <orvane/OVFCSWriteRead.h>
@@ -198,6 +200,19 @@ TEST(SlotOrder, StatisticsSignalSection) {
         &I::RobustSD_LessMinValue, Taking<Signals&, Filters&, float>::Of(&I::SD),
         Taking<Signals&, float>::Of(&I::SD), Taking<Signals&>::Of(&I::SD),
         Taking<Signals&, Filters&>::Of(&I::SD));
+}
+
+template <class I>
+void ExpectTransformerSlots() {
+    ExpectSlotsFromOne<I>(
+        &I::GetScreenValue, Taking<SignalSection*, FilterSection*, ModelSection*>::Of(&I::GetScreenSection),
+        Taking<SignalSection*, ModelSection*>::Of(&I::GetScreenSection), &I::GetScreenSectionInTrue,
+        &I::GetWorldValue, &I::GetWorld_Linear, &I::GetWorld_Log, &I::GetScreen_Linear, &I::GetScreen_Log);
+}
+
+TEST(SlotOrder, CoordinateTransformers) {
+    ExpectTransformerSlots<IOVCoordinateTransformerX>();
+    ExpectTransformerSlots<IOVCoordinateTransformerY>();
 }
 
 /// Brings the private operations, whose slots are as fixed as the others, into the open.

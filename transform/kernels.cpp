@@ -12,6 +12,10 @@
 #include "sections/kernels.h"
 #include "transform/asinh_bracket.h"
 
+#if ORVANE_WIDE_KERNELS
+#include <immintrin.h>
+#endif
+
 namespace Orvane {
 namespace {
 
@@ -41,27 +45,78 @@ Pixel ExactPixel(const PixelMapping& mapping, float value) {
     return static_cast<Pixel>(TruncateToInt64((a - mapping.Origin) * mapping.Scale + mapping.Constant));
 }
 
+/// All values up to this, on either side of zero, have positions below 2^31 on a linear axis: (|v| +
+/// |Origin|) |Scale| + |Constant| is. Negative, so that there are no such values, when nothing is known; half
+/// of the room is given away, which covers all roundings.
+float ReachOf(const PixelMapping& mapping) {
+    const double room = 1073741824.0 - std::fabs(mapping.Constant);
+    const double reach = room / std::fabs(mapping.Scale) - std::fabs(mapping.Origin);
+    return reach > 0.0 ? static_cast<float>(std::min(reach, 1e38)) : -1.0F;
+}
+
 void MapExactly(const PixelMapping& mapping, const float* values, Pixel* pixels) {
     for (int i = 0; i < BlockSize; ++i) {
         pixels[i] = ExactPixel(mapping, values[i]);
     }
 }
 
-/// Nearly all positions fit 32-bit integers, which convert side by side.
-ORVANE_KERNEL_INLINE void MapLinearBlock(const PixelMapping& mapping, const float* values, Pixel* pixels) {
-    unsigned outside = 0;
+/// Values up to `reach` on either side of zero have positions that fit 32-bit integers, which convert side by
+/// side. Others are rare.
+template <bool HasOrigin>
+ORVANE_KERNEL_INLINE void MapLinearBlock(const PixelMapping& mapping, float reach, const float* values,
+                                         Pixel* pixels) {
+    int anyBeyond = 0;
     for (int i = 0; i < BlockSize; ++i) {
-        const double position = (values[i] - mapping.Origin) * mapping.Scale + mapping.Constant;
-        const bool fits = std::fabs(position) < 2147483648.0;
-        outside |= static_cast<unsigned>(!fits);
-        pixels[i] = static_cast<Pixel>(static_cast<int>(fits ? position : 0.0));
+        anyBeyond |= std::fabs(values[i]) <= reach ? 0 : -1;
     }
-    if (outside != 0) MapExactly(mapping, values, pixels);
+    if (anyBeyond != 0) return MapExactly(mapping, values, pixels);
+    for (int i = 0; i < BlockSize; ++i) {
+        const double v = values[i];
+        const double distance = HasOrigin ? v - mapping.Origin : v;
+        pixels[i] = static_cast<Pixel>(static_cast<int>(distance * mapping.Scale + mapping.Constant));
+    }
 }
 
+#if ORVANE_WIDE_KERNELS
+
+/// Four pixels of a linear axis without origin, as 32-bit integers.
+ORVANE_TARGET_AVX2 ORVANE_KERNEL_INLINE __m128i FourLinearAvx2(const float* values, __m256d scale,
+                                                               __m256d constant) {
+    const __m256d v = _mm256_cvtps_pd(_mm_loadu_ps(values));
+    const __m128i truncated = _mm256_cvttpd_epi32(_mm256_add_pd(_mm256_mul_pd(v, scale), constant));
+    return _mm_and_si128(truncated, _mm_set1_epi32(0xFFFF));
+}
+
+/// MapLinearBlock<false>: GCC widens the values from registers, which costs more than from memory.
+ORVANE_TARGET_AVX2 void MapLinearBlockAvx2(const PixelMapping& mapping, float reach, const float* values,
+                                           Pixel* pixels) {
+    const __m256d scale = _mm256_set1_pd(mapping.Scale);
+    const __m256d constant = _mm256_set1_pd(mapping.Constant);
+    const __m256 reaches = _mm256_set1_ps(reach);
+    __m256 beyond = _mm256_setzero_ps();
+    for (int i = 0; i < BlockSize; i += 8) {
+        const __m256 magnitude = _mm256_andnot_ps(_mm256_set1_ps(-0.0F), _mm256_loadu_ps(values + i));
+        beyond = _mm256_or_ps(beyond, _mm256_cmp_ps(magnitude, reaches, _CMP_NLE_UQ));
+        const __m128i low = FourLinearAvx2(values + i, scale, constant);
+        const __m128i high = FourLinearAvx2(values + i + 4, scale, constant);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(pixels + i), _mm_packus_epi32(low, high));
+    }
+    if (_mm256_movemask_ps(beyond) != 0) MapExactly(mapping, values, pixels);
+}
+
+#endif
+
+/// The doubtful values of a block are often all the same: the one that saturated events share.
 void MapDoubtful(const PixelMapping& mapping, const float* values, const int* doubts, Pixel* pixels) {
+    float last = std::numeric_limits<float>::quiet_NaN();
+    Pixel lastPixel = 0;
     for (int i = 0; i < BlockSize; ++i) {
-        if (doubts[i] != 0) pixels[i] = ExactPixel(mapping, values[i]);
+        if (doubts[i] == 0) continue;
+        if (values[i] != last) {
+            last = values[i];
+            lastPixel = ExactPixel(mapping, last);
+        }
+        pixels[i] = lastPixel;
     }
 }
 
@@ -76,7 +131,7 @@ ORVANE_KERNEL_INLINE void MapAsinhBlock(const PixelMapping& mapping, const Asinh
         const float at = bracket.At(v);
         const int lower = static_cast<int>(bracket.Lower(at));
         const int upper = static_cast<int>(bracket.Upper(at));
-        const int doubt = (lower ^ upper) | (bracket.Covers(v) ? 0 : 1);
+        const int doubt = (lower ^ upper) | (bracket.Covers(v) ? 0 : -1);
         doubts[i] = v == 0.0F ? 0 : doubt;
         anyDoubt |= doubts[i];
         pixels[i] = static_cast<Pixel>(v == 0.0F ? zeroPixel : lower);
@@ -85,6 +140,12 @@ ORVANE_KERNEL_INLINE void MapAsinhBlock(const PixelMapping& mapping, const Asinh
 }
 
 ORVANE_KERNEL_INLINE void MirrorBlock(float base, Pixel* pixels) {
+    if (std::fabs(base) <= 1073741824.0F) {
+        for (int i = 0; i < BlockSize; ++i) {
+            pixels[i] = static_cast<Pixel>(static_cast<int>(base - static_cast<float>(pixels[i])));
+        }
+        return;
+    }
     for (int i = 0; i < BlockSize; ++i) {
         const float mirrored = base - static_cast<float>(pixels[i]);
         pixels[i] = static_cast<Pixel>(TruncateToInt64(static_cast<double>(mirrored)));
@@ -100,10 +161,14 @@ struct FloatBounds {
     bool IsAbsent() const { return std::isnan(Low) && std::isnan(High); }
 };
 
-ORVANE_KERNEL_INLINE void ClampBlock(const FloatBounds& bounds, const float* values, Pixel* pixels) {
+ORVANE_KERNEL_INLINE void ClampBlock(const FloatBounds bounds, const float* values, Pixel* pixels) {
+    const int lowPixel = bounds.LowPixel;
+    const int highPixel = bounds.HighPixel;
     for (int i = 0; i < BlockSize; ++i) {
-        const Pixel belowHigh = values[i] >= bounds.High ? bounds.HighPixel : pixels[i];
-        pixels[i] = values[i] <= bounds.Low ? bounds.LowPixel : belowHigh;
+        const float v = values[i];
+        const int formula = pixels[i];
+        const int belowHigh = v >= bounds.High ? highPixel : formula;
+        pixels[i] = static_cast<Pixel>(v <= bounds.Low ? lowPixel : belowHigh);
     }
 }
 
@@ -113,6 +178,7 @@ struct ColumnMapping {
         : Mapping(mapping),
           Bracket(mapping.Factor, mapping.Scale, mapping.Constant - mapping.Origin * mapping.Scale),
           ZeroPixel(ExactPixel(mapping, 0.0F)),
+          Reach(ReachOf(mapping)),
           Bounds{RoundedDown(mapping.Low), RoundedUp(mapping.High), mapping.LowPixel, mapping.HighPixel},
           IsClamped(!Bounds.IsAbsent()),
           IsBracketed(mapping.Kind == Form::Asinh && Bracket.IsProven()) {}
@@ -121,7 +187,7 @@ struct ColumnMapping {
         if (IsBracketed) {
             MapAsinhBlock(Mapping, Bracket, ZeroPixel, values, pixels);
         } else if (Mapping.Kind == Form::Linear) {
-            MapLinearBlock(Mapping, values, pixels);
+            MapAnyLinearBlock(values, pixels);
         } else {
             MapExactly(Mapping, values, pixels);
         }
@@ -129,12 +195,22 @@ struct ColumnMapping {
         if (IsClamped) ClampBlock(Bounds, values, pixels);
     }
 
+    ORVANE_KERNEL_INLINE void MapAnyLinearBlock(const float* values, Pixel* pixels) const {
+        if (Mapping.Origin != 0.0) return MapLinearBlock<true>(Mapping, Reach, values, pixels);
+#if ORVANE_WIDE_KERNELS
+        if (HasAvx2Only) return MapLinearBlockAvx2(Mapping, Reach, values, pixels);
+#endif
+        MapLinearBlock<false>(Mapping, Reach, values, pixels);
+    }
+
     PixelMapping Mapping;
     AsinhBracket Bracket;
     int ZeroPixel;
+    float Reach;
     FloatBounds Bounds;
     bool IsClamped;
     bool IsBracketed;
+    bool HasAvx2Only = ActiveInstructionSet() == InstructionSet::Avx2;
 };
 
 ORVANE_KERNEL_INLINE void MapBlocksBody(const ColumnMapping& mapping, const float* values, int count,
@@ -164,6 +240,8 @@ ORVANE_KERNEL_INLINE void HideUnselectedBody(const std::uint32_t* select, int co
     int start = 0;
     for (; count - start >= 16; start += 16) {
         const Pixel bits = half(start);
+        // GCC vectorises this loop when it does not unroll it first.
+#pragma GCC unroll 1
         for (int i = 0; i < 16; ++i) {
             pixels[start + i] = (bits & Lanes[i]) != 0 ? pixels[start + i] : Pixel{65535};
         }

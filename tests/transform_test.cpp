@@ -1,0 +1,541 @@
+// Scale arithmetic, axis transformers and the coordinate transform, against their formulas in scalar double.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <numbers>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <orvane/OVCalculateAlpha.h>
+#include <orvane/OVConvertLinearAndLog.h>
+#include <orvane/OVCoordinateTransform.h>
+#include <orvane/OVCoordinateTransformerX.h>
+#include <orvane/OVCoordinateTransformerY.h>
+
+#include "foundation/convert.h"
+#include "tests/support/awkward.h"
+#include "tests/support/instruction_sets.h"
+#include "tests/support/pool.h"
+#include "tests/support/population.h"
+#include "transform/asinh_bracket.h"
+#include "transform/kernels.h"
+
+namespace Orvane {
+namespace {
+
+using namespace Testing;
+
+using Pixels = std::vector<unsigned short>;
+
+constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
+constexpr unsigned short Untouched = 12345;
+constexpr double Infinite = std::numeric_limits<double>::infinity();
+const OVConvertLinearAndLog Convert;
+
+unsigned short Truncated(double position) {
+    return static_cast<unsigned short>(TruncateToInt64(position));
+}
+
+// ---- Conversions and alpha
+
+TEST(ConvertLinearAndLog, SignedLogarithmAndItsInverse) {
+    const struct {
+        double Linear, Log, Back;
+    } rows[] = {{0.5, 0, 0},
+                {-1, 0, 0},
+                {1, 0, 0},
+                {-100, -2, -100},
+                {1000, 3, 1000},
+                {-0.0, 0, 0},
+                {Infinite, Infinite, Infinite}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(Convert.LinearConvertToLog10(row.Linear), row.Log) << row.Linear;
+        EXPECT_EQ(Convert.Log10ConvertToLinear(row.Log), row.Back) << row.Log;
+    }
+    EXPECT_TRUE(std::isnan(Convert.LinearConvertToLog10(NaN)));
+    EXPECT_TRUE(std::isnan(Convert.Log10ConvertToLinear(NaN)));
+}
+
+TEST(ConvertLinearAndLog, AsinhIsOddAndComesBack) {
+    EXPECT_TRUE(std::signbit(Convert.asinh(-0.0)));
+    EXPECT_TRUE(std::signbit(Convert.sinh(-0.0)));
+    for (const double value : {1e-3, 0.5, 77.0, 262144.0, 1e30}) {
+        for (const double factor : {1.0 / 150, 1.0, -4.0}) {
+            const double there = Convert.LinearConvertToAsinh(value, factor);
+            EXPECT_NEAR(there, std::asinh(value * factor), 1e-10);
+            EXPECT_EQ(Convert.LinearConvertToAsinh(-value, factor), -there);
+            EXPECT_NEAR(Convert.AsinhConvertToLinear(there, factor) / value, 1.0, 1e-8);
+        }
+    }
+}
+
+TEST(CalculateAlpha, FollowsTheSpreadBelowTheThreshold) {
+    const SmallPool pool;
+    // Deviations 1, 2 and 3 about the median 10; the value at the threshold takes no part.
+    const Sample sample({10, 11, 9, 12, 8, 13, 7, 100});
+    const Sample constant({5, 5, 5});
+    Signals sections = sample.Sections;
+    Signals same = constant.Sections;
+    const OVCalculateAlpha alpha;
+    const float spread = static_cast<float>(2 * 1.4826);
+    EXPECT_EQ(alpha.CalculateAlpha(sections, 100.0F), static_cast<double>(3.0F * spread));
+    EXPECT_EQ(alpha.CalculateAlpha(same, 100.0F), 1.0);
+    EXPECT_EQ(alpha.CalculateAlpha(sections, 7.0F), 1.0) << "nothing below the threshold";
+    OVCalculateAlpha::AlphaCoefficient = 5.0F;
+    EXPECT_EQ(alpha.CalculateAlpha(sections, 100.0F), static_cast<double>(5.0F * spread));
+    OVCalculateAlpha::AlphaCoefficient = 3.0F;
+}
+
+TEST(CalculateAlpha, IsOneWhenThePoolIsExhausted) {
+    ForEachFailingAllocation([] {
+        Sample sample({1, 2, 3});
+        const FailingAllocator allocator(1);
+        EXPECT_EQ(OVCalculateAlpha().CalculateAlpha(sample.Sections, 100.0F), 1.0);
+    });
+}
+
+TEST(CalculateAlpha, PutsTheValueWhereItIsWanted) {
+    const double unit = std::asinh(1.0);
+    const OVCalculateAlpha alpha;
+    const struct {
+        float P, Q;
+        bool IsHorizontal;
+        double Coordinate;
+    } rows[] = {{1, 1, true, unit},
+                {3, 2, true, 2 * unit},
+                {1, 8, true, -0.75 * unit},
+                {3, 1, false, 2 * unit},
+                {1, -3, false, -0.5 * unit}};
+    for (const auto& row : rows) {
+        const double width = alpha.CalculateCustomAlpha(row.P, row.Q, 500.0, row.IsHorizontal);
+        EXPECT_NEAR(std::asinh(500.0 / width), row.Coordinate, 1e-6) << row.P << ' ' << row.Q;
+    }
+    // t = 0: whatever p is, although K * 2p / q - K may miss zero by a rounding.
+    for (float p = 0.1F; p < 100.0F; p *= 1.37F) {
+        EXPECT_EQ(alpha.CalculateHorizontalAlpha(p, 2 * p, 500.0), Infinite);
+    }
+    EXPECT_EQ(alpha.CalculateVerticalAlpha(1.0F, -1.0F, 500.0), Infinite);
+    EXPECT_EQ(alpha.CalculateVerticalAlpha(2.0F, 2.0F, 500.0), 0.0);
+}
+
+// ---- Transformers
+
+struct Axis {
+    float ScreenMin, ScreenMax;
+    double WorldMin, WorldMax, Alpha;
+    bool IsLog;
+};
+
+// Ordinary ones of three sizes; symmetric ones whose zero lies on a pixel border; fractional and negative
+// screen ranges; negative data; huge and tiny scales and widths; empty, reversed and infinite ranges.
+const Axis Axes[] = {
+    {0, 512, -2000, 262144, 150, true},
+    {0, 256, -100, 262144, 1, true},
+    {0, 4096, -1e5, 1e6, 10, true},
+    {0, 512, -1000, 1000, 1e4, true},
+    {7, 263, -5000, 5000, 0.1, true},
+    {0, 100.7F, -150, 1e4, 30, true},
+    {-20.25F, 491.5F, 10, 1e5, 3, true},
+    {0, 60000, -1e5, 1e6, 5, true},
+    {0, 3e6F, -1e5, 1e6, 5, true},
+    {0, 512, -1e-3, 1e-3, 1e-7, true},
+    {0, 512, -1e30, 1e30, 1e-20, true},
+    {0, 512, -2000, 262144, 1e-42, true},
+    {0, 512, -2000, 262144, 1e300, true},
+    {0, 0.5F, -2000, 262144, 150, true},
+    {0, 512, -2000, 262144, -150, true},
+    {0, 512, -2000, 262144, 0, true},
+    {0, 512, 5, 5, 150, true},
+    {0, 256, 0, 1024, 0, false},
+    {0, 512, -1000, 1000, 0, false},
+    {0, 1024, 0, 262144, 0, false},
+    {3.5F, 100.7F, -13.25, 1e4, 0, false},
+    {0, 512, 0, 1e-4, 0, false},
+    {0, 512, 0, 1e300, 0, false},
+    {-1e6F, 9e18F, 0, 10, 0, false},
+    {0, 512, 100, 0, 0, false},
+    {5.9F, 512, 3, 3, 0, false},
+    {0, 512, -Infinite, Infinite, 0, false},
+};
+
+/// The stated column formula of a horizontal or vertical axis, term by term.
+class PixelModel {
+public:
+    PixelModel(const Axis& axis, bool isVertical, bool inScreen)
+        : axis_(axis), isVertical_(isVertical), inScreen_(inScreen), factor_(1.0 / axis.Alpha) {
+        low_ = axis.IsLog && axis.Alpha != 0.0 ? Convert.asinh(factor_ * axis.WorldMin) : axis.WorldMin;
+        high_ = axis.IsLog && axis.Alpha != 0.0 ? Convert.asinh(factor_ * axis.WorldMax) : axis.WorldMax;
+        if (axis.IsLog && axis.Alpha == 0.0) high_ = low_;
+        const auto range = static_cast<double>(axis.ScreenMax - axis.ScreenMin);
+        span_ = static_cast<std::int32_t>(TruncateToInt64(range));
+        const float last = axis.ScreenMax - 1.0F;
+        const double offset = isVertical ? axis.ScreenMax - last : last - axis.ScreenMin;
+        clamp_ = offset * ((high_ - low_) / span_) + low_;
+        if (axis.IsLog) clamp_ = Convert.sinh(clamp_) / factor_;
+    }
+
+    unsigned short operator()(float value) const {
+        const double v = value;
+        if (high_ - low_ < 1e-5) return Truncated(axis_.ScreenMin);
+        const unsigned short last = Truncated(axis_.ScreenMax - 1.0F);
+        if (inScreen_ && isVertical_ && clamp_ >= v) return last;
+        if (inScreen_ && isVertical_ && v >= axis_.WorldMax) return Truncated(axis_.ScreenMin);
+        if (inScreen_ && !isVertical_ && axis_.WorldMin >= v) return Truncated(axis_.ScreenMin);
+        if (inScreen_ && !isVertical_ && v >= clamp_) return last;
+        const double scale = span_ / (high_ - low_);
+        const double a = axis_.IsLog ? Convert.asinh(v * factor_) : v;
+        const double half = inScreen_ ? 0.5 : 0.0;
+        if (isVertical_) return Truncated((axis_.ScreenMax + low_ * scale + half) - a * scale);
+        return Truncated(a * scale + (axis_.ScreenMin - low_ * scale + half));
+    }
+
+private:
+    Axis axis_;
+    bool isVertical_, inScreen_;
+    double factor_, low_, high_, span_, clamp_;
+};
+
+/// Both families behind one face.
+struct Transformer {
+    Transformer(const Axis& a, bool isVertical, bool inScreen) {
+        if (isVertical) {
+            Y.reset(OVCoordinateTransformerYFactory::CreateTransformer(
+                a.ScreenMin, a.ScreenMax, a.WorldMin, a.WorldMax, a.Alpha, a.IsLog, inScreen));
+        } else {
+            X.reset(OVCoordinateTransformerXFactory::CreateTransformer(
+                a.ScreenMin, a.ScreenMax, a.WorldMin, a.WorldMax, a.Alpha, a.IsLog, inScreen));
+        }
+    }
+    template <class Call>
+    void operator()(Call call) const {
+        if (X != nullptr) return call(*X);
+        call(*Y);
+    }
+    double WorldAt(float screen) const {
+        double world = 0.0;
+        (*this)([&](auto& axis) { axis.GetWorldValue(screen, world); });
+        return world;
+    }
+    std::unique_ptr<IOVCoordinateTransformerX> X;
+    std::unique_ptr<IOVCoordinateTransformerY> Y;
+};
+
+/// Values that bite on this axis: the data values of pixel borders, clamped ones lying half a pixel further,
+/// and of the bounds, each with the two floats on either side; zeros, denormals, extremes, infinities, NaN.
+Floats BitingValues(const Axis& axis, const Transformer& transformer) {
+    Floats values = AwkwardFloats();
+    const float step = std::max(0.5F, (axis.ScreenMax - axis.ScreenMin) / 8192.0F);
+    Floats borders{static_cast<float>(axis.WorldMin), static_cast<float>(axis.WorldMax)};
+    for (float s = axis.ScreenMin - 3.0F; s < axis.ScreenMax + 3.0F; s += step) {
+        borders.push_back(static_cast<float>(transformer.WorldAt(std::floor(2.0F * s) / 2.0F)));
+    }
+    for (const float border : borders) {
+        const float below = std::nextafter(border, -INFINITY);
+        const float above = std::nextafter(border, INFINITY);
+        values.insert(values.end(), {std::nextafter(below, -INFINITY), below, border, above,
+                                     std::nextafter(above, INFINITY)});
+    }
+    const Floats random = RandomFloats(1000, 7);
+    values.insert(values.end(), random.begin(), random.end());
+    return values;
+}
+
+SignalSection SignalOver(Floats& values) {
+    SignalSection signal;
+    signal.Count = signal.Capacity = static_cast<int>(values.size());
+    signal.Values = values.data();
+    return signal;
+}
+
+ModelSection ModelOver(Pixels& pixels) {
+    ModelSection model;
+    model.Capacity = static_cast<int>(pixels.size());
+    model.Values = pixels.data();
+    return model;
+}
+
+class TransformerColumns : public ::testing::TestWithParam<int> {
+protected:
+    /// Calls `check(transformer, model, values)` for every axis of this direction and clamping.
+    template <class Check>
+    void ForEachAxis(Check check) {
+        const bool isVertical = GetParam() / 2 != 0;
+        const bool inScreen = GetParam() % 2 != 0;
+        for (const Axis& axis : Axes) {
+            SCOPED_TRACE(::testing::Message() << "axis " << &axis - Axes);
+            const Transformer transformer(axis, isVertical, inScreen);
+            check(transformer, PixelModel(axis, isVertical, inScreen), BitingValues(axis, transformer));
+        }
+    }
+};
+
+TEST_P(TransformerColumns, EqualTheScalarFormula) {
+    ForEachAxis([](const Transformer& transformer, const PixelModel& pixelOf, Floats values) {
+        Pixels expected;
+        for (const float value : values)
+            expected.push_back(pixelOf(value));
+        for (const InstructionSet set : AvailableInstructionSets()) {
+            const ScopedInstructionSet scope(set);
+            Pixels pixels(values.size());
+            SignalSection signal = SignalOver(values);
+            ModelSection model = ModelOver(pixels);
+            transformer([&](auto& axis) { axis.GetScreenSection(&signal, &model); });
+            EXPECT_EQ(model.Count, signal.Count);
+            for (std::size_t i = 0; i < values.size(); ++i) {
+                ASSERT_EQ(pixels[i], expected[i])
+                    << ::testing::PrintToString(values[i]) << " in set " << static_cast<int>(set);
+            }
+        }
+    });
+}
+
+TEST_P(TransformerColumns, FilteredAndPackedFormsFollowTheBits) {
+    ForEachAxis([](const Transformer& transformer, const PixelModel& pixelOf, Floats values) {
+        values.resize(2500);
+        std::vector<std::uint32_t> bits(values.size() / 32 + 1);
+        std::mt19937 random(3);
+        std::generate(bits.begin(), bits.end(), random);
+        for (const InstructionSet set : AvailableInstructionSets()) {
+            const ScopedInstructionSet scope(set);
+            for (const int count : {0, 1, 31, 32, 33, 63, 64, 65, 1024, 2500}) {
+                SignalSection signal = SignalOver(values);
+                signal.Count = count;
+                FilterSection filter;
+                filter.Count = count;
+                filter.TrueCount = 77;  // stale
+                filter.Flags = bits.data();
+                Pixels expected(values.size(), Untouched);
+                Pixels filtered = expected, packed = expected;
+                Pixels expectedPacked;
+                for (int i = 0; i < count; ++i) {
+                    const std::size_t at = static_cast<std::size_t>(i);
+                    expected[at] = filter[i] ? pixelOf(values[at]) : 65535;
+                    if (filter[i]) expectedPacked.push_back(expected[at]);
+                }
+                expectedPacked.resize(values.size(), Untouched);
+                ModelSection filteredModel = ModelOver(filtered), packedModel = ModelOver(packed);
+                transformer([&](auto& axis) {
+                    axis.GetScreenSection(&signal, &filter, &filteredModel);
+                    axis.GetScreenSectionInTrue(&signal, &filter, &packedModel);
+                });
+                ASSERT_EQ(filtered, expected) << count;
+                ASSERT_EQ(packed, expectedPacked) << count;
+                EXPECT_EQ(filteredModel.Count, count);
+                EXPECT_EQ(packedModel.Count, 77);
+            }
+        }
+    });
+}
+
+std::string NameOf(const ::testing::TestParamInfo<int>& info) {
+    return std::string(info.param / 2 != 0 ? "Y" : "X") + (info.param % 2 != 0 ? "InScreen" : "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Axes, TransformerColumns, ::testing::Range(0, 4), NameOf);
+
+TEST(Transformers, ScalarValues) {
+    const struct {
+        bool IsVertical, InScreen;
+        double World;
+        float Screen;
+    } rows[] = {{false, false, 512, 128}, {false, false, -3, -0.75F}, {false, false, 2048, 512},
+                {false, true, 2048, 255}, {false, true, -3, 0},       {true, false, 0, 256},
+                {true, false, 512, 128},  {true, true, 0, 255},       {true, true, 2048, 0}};
+    for (const auto& row : rows) {
+        float screen = 0.0F;
+        const Transformer transformer({0, 256, 0, 1024, 0, false}, row.IsVertical, row.InScreen);
+        transformer([&](auto& axis) { axis.GetScreenValue(row.World, screen); });
+        EXPECT_EQ(screen, row.Screen) << row.IsVertical << row.InScreen << ' ' << row.World;
+        transformer([&](auto& axis) { axis.GetScreenValue(NaN, screen); });
+        EXPECT_TRUE(std::isnan(screen)) << "a NaN passes the clamp";
+    }
+}
+
+TEST(Transformers, WorldValuesInvertScreenValues) {
+    for (const bool isVertical : {false, true}) {
+        for (const bool isLog : {false, true}) {
+            const Transformer transformer({10, 522, -1000, 1e5, 200, isLog}, isVertical, false);
+            for (const double world : {-1000.0, 0.0, 77.0, 54321.0, 1e5}) {
+                float screen = 0.0F;
+                transformer([&](auto& axis) { axis.GetScreenValue(world, screen); });
+                EXPECT_NEAR(transformer.WorldAt(screen), world, 0.05);
+            }
+            // A reversed range maps to one place, yet keeps its way back.
+            const Transformer reversed({10, 522, 1e5, 0, 200, isLog}, isVertical, true);
+            float screen = 0.0F;
+            reversed([&](auto& axis) { axis.GetScreenValue(54321.0, screen); });
+            EXPECT_EQ(screen, 10.0F);
+            EXPECT_NEAR(reversed.WorldAt(isVertical ? 10.0F : 522.0F), 0.0, 1e-6);
+        }
+    }
+}
+
+/// A host's own axis: its scalar mapping is honoured only where values are not kept in the screen.
+struct SquareRootAxis : OVCoordinateTransformerX_Linear {
+    using OVCoordinateTransformerX_Linear::OVCoordinateTransformerX_Linear;
+    float GetScreen_Linear(double world) override { return static_cast<float>(std::sqrt(world)); }
+};
+
+TEST(Transformers, OverriddenScalarMapping) {
+    SquareRootAxis free(0, 256, 0, 1024, false);
+    SquareRootAxis kept(0, 256, 0, 1024, true);
+    float screen = 0.0F;
+    free.GetScreenValue(81.0, screen);
+    EXPECT_EQ(screen, 9.0F);
+    kept.GetScreenValue(80.0, screen);
+    EXPECT_EQ(screen, 20.0F);
+}
+
+// ---- The bracket
+
+TEST(AsinhBracket, LogarithmIsWithinItsBoundForEveryMantissa) {
+    double worst = 0.0;
+    for (std::uint32_t mantissa = 0; mantissa < 1U << 23; ++mantissa) {
+        const float z = std::ldexp(static_cast<float>(mantissa), -23);
+        worst = std::max(worst, std::fabs(double{Log2OfOnePlus(z)} - std::log2(1.0 + z)));
+    }
+    EXPECT_LT(worst, AsinhBracket::Log2Error);
+}
+
+TEST(AsinhBracket, HoldsTheDoublePosition) {
+    std::mt19937 random(11);
+    std::uniform_real_distribution<float> exponent(-40.0F, 40.0F);
+    for (const double factor : {1.0 / 150, 1.0, 3e4}) {
+        for (const double scale : {0.03, 35.0, -350.0, 3000.0}) {
+            const double constant = 51.3 * scale;
+            const AsinhBracket bracket(factor, scale, constant);
+            ASSERT_TRUE(bracket.IsProven());
+            int covered = 0;
+            for (int i = 0; i < 200000; ++i) {
+                const float v = std::copysign(std::exp2(exponent(random)), i % 2 == 0 ? 1.0F : -1.0F);
+                if (!bracket.Covers(v)) continue;
+                ++covered;
+                const double position = Convert.asinh(v * factor) * scale + constant;
+                const float at = bracket.At(v);
+                ASSERT_LE(bracket.Lower(at), position) << v;
+                ASSERT_GE(bracket.Upper(at), position) << v;
+            }
+            EXPECT_GT(covered, 100000);
+        }
+    }
+    EXPECT_FALSE(AsinhBracket(1.0, 1e6, 0.0).IsProven()) << "finer than floats";
+    EXPECT_FALSE(AsinhBracket(1e-40, 35.0, 0.0).IsProven());
+    EXPECT_FALSE(AsinhBracket(1.0, NaN, 0.0).IsProven());
+}
+
+// ---- The transform without state
+
+const CoordinateType Neither = static_cast<CoordinateType>(2);
+
+TEST(CoordinateTransform, ScalarValues) {
+    const OVCoordinateTransform transform;
+    const struct {
+        double World;
+        CoordinateType Type;
+        bool InScreen;
+        double WorldMax;
+        float Linear, Log;
+    } rows[] = {{512, Horizontal, false, 1024, 128, 128}, {512, Vertical, false, 1024, 128, 128},
+                {2048, Horizontal, true, 1024, 255, 255}, {2048, Vertical, true, 1024, 0, 0},
+                {-9, Horizontal, true, 1024, 0, 0},       {512, Horizontal, true, 0, 0, 0},
+                {512, Neither, false, 1024, 777, 128},    {512, Neither, true, 1024, 255, 128}};
+    for (const auto& row : rows) {
+        float linear = 777.0F, log = 777.0F;
+        transform.CalculateLinearCoordinateScreen(row.World, 0, 256, 0, row.WorldMax, row.Type, row.InScreen,
+                                                  linear);
+        EXPECT_EQ(linear, row.Linear) << row.World << ' ' << row.Type;
+        // So wide an axis is a linear one but for roundings.
+        transform.CalculateLogCoordinateScreen(row.World, 0, 256, 0, row.WorldMax, row.Type, row.InScreen,
+                                               1e6, log);
+        EXPECT_NEAR(log, row.Log, 1e-3) << row.World << ' ' << row.Type;
+    }
+}
+
+TEST(CoordinateTransform, WorldValues) {
+    const OVCoordinateTransform transform;
+    const struct {
+        float Screen;
+        CoordinateType Type;
+        double Linear, Log;
+    } rows[] = {{64, Horizontal, 256, 256}, {64, Vertical, 768, 768}, {64, Neither, -5, 0}};
+    for (const auto& row : rows) {
+        double linear = -5.0, log = -5.0;
+        transform.CalculateLinearCoordinateWorld(row.Screen, 0, 256, 0, 1024, row.Type, linear);
+        transform.CalculateLogCoordinateWorld(row.Screen, 0, 256, 0, 1024, row.Type, 1e6, log);
+        EXPECT_EQ(linear, row.Linear);
+        EXPECT_NEAR(log, row.Log, 1e-2);
+    }
+}
+
+/// The stated column formula, with all that differs from the transformers.
+unsigned short StatelessPixel(const Axis& axis, CoordinateType t, bool inScreen, float value) {
+    const double v = value;
+    const double factor = 1.0 / axis.Alpha;
+    const double low = axis.IsLog ? Convert.asinh(axis.WorldMin * factor) : axis.WorldMin;
+    const double high = axis.IsLog ? Convert.asinh(axis.WorldMax * factor) : axis.WorldMax;
+    if (high - low < 1e-5) return 0;
+    const float last = axis.ScreenMax - 1.0F;
+    if (inScreen && v <= axis.WorldMin) return Truncated(t == Vertical ? last : axis.ScreenMin);
+    if (inScreen && v >= axis.WorldMax) return Truncated(t == Vertical ? axis.ScreenMin : last);
+    const double scale = static_cast<double>(axis.ScreenMax - axis.ScreenMin) / (high - low);
+    const double a = axis.IsLog ? Convert.asinh(v * factor) : v;
+    if (t == Horizontal) return Truncated(a * scale + (axis.ScreenMin - scale * low));
+    const auto offset = static_cast<float>(Truncated((a - low) * scale));
+    return Truncated(last - offset);
+}
+
+TEST(CoordinateTransform, ColumnsEqualTheScalarFormula) {
+    const OVCoordinateTransform transform;
+    for (const Axis& axis : Axes) {
+        for (const int form : {0, 1, 2, 3}) {
+            const CoordinateType type = form / 2 == 0 ? Horizontal : Vertical;
+            const bool inScreen = form % 2 != 0;
+            Floats values = BitingValues(axis, Transformer(axis, type == Vertical, false));
+            Floats few(values.begin(), values.begin() + 33);
+            SignalSection first = SignalOver(few), second = SignalOver(values);
+            Pixels expected, firstPixels(few.size()), secondPixels(values.size());
+            for (const float value : values)
+                expected.push_back(StatelessPixel(axis, type, inScreen, value));
+            for (const InstructionSet set : AvailableInstructionSets()) {
+                const ScopedInstructionSet scope(set);
+                ModelSection firstModel = ModelOver(firstPixels), secondModel = ModelOver(secondPixels);
+                Signals signals{&first, &second};
+                std::vector<ModelSection*> models{&firstModel, &secondModel};
+                if (axis.IsLog) {
+                    transform.CalculateLogCoordinateScreen(signals, axis.ScreenMin, axis.ScreenMax,
+                                                           axis.WorldMin, axis.WorldMax, type, inScreen,
+                                                           axis.Alpha, models);
+                } else {
+                    transform.CalculateLinearCoordinateScreen(signals, axis.ScreenMin, axis.ScreenMax,
+                                                              axis.WorldMin, axis.WorldMax, type, inScreen,
+                                                              models);
+                }
+                ASSERT_EQ(secondModel.Count, second.Count);
+                for (std::size_t i = 0; i < values.size(); ++i) {
+                    ASSERT_EQ(secondPixels[i], expected[i])
+                        << values[i] << " on axis " << &axis - Axes << ", form " << form;
+                }
+                EXPECT_EQ(firstPixels, Pixels(expected.begin(), expected.begin() + 33));
+            }
+        }
+    }
+}
+
+TEST(CoordinateTransform, WithoutDirectionWritesOnlyTheCount) {
+    Floats values{1, 2, 3};
+    Pixels pixels(3, 4711);
+    SignalSection signal = SignalOver(values);
+    ModelSection model = ModelOver(pixels);
+    OVCoordinateTransform().CalculateLinearCoordinateScreen(&signal, 0, 256, 0, 1024, Neither, true, &model);
+    EXPECT_EQ(model.Count, 3);
+    EXPECT_EQ(pixels, Pixels(3, 4711));
+    OVCoordinateTransform().CalculateLinearCoordinateScreen(&signal, 5, 256, 7, 7, Neither, true, &model);
+    EXPECT_EQ(pixels, Pixels(3, 0));
+}
+
+}  // namespace
+}  // namespace Orvane
