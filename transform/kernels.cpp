@@ -139,6 +139,7 @@ ORVANE_KERNEL_INLINE void MapAsinhBlock(const PixelMapping& mapping, const Asinh
     if (anyDoubt != 0) MapDoubtful(mapping, values, doubts, pixels);
 }
 
+/// Counts whole pixels back from `base`; nearly always within 32-bit integers.
 ORVANE_KERNEL_INLINE void MirrorBlock(float base, Pixel* pixels) {
     if (std::fabs(base) <= 1073741824.0F) {
         for (int i = 0; i < BlockSize; ++i) {
@@ -161,6 +162,7 @@ struct FloatBounds {
     bool IsAbsent() const { return std::isnan(Low) && std::isnan(High); }
 };
 
+/// The bounds come by value, because the compiler must assume that pixels overlap what it is referred to.
 ORVANE_KERNEL_INLINE void ClampBlock(const FloatBounds bounds, const float* values, Pixel* pixels) {
     const int lowPixel = bounds.LowPixel;
     const int highPixel = bounds.HighPixel;
