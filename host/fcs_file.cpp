@@ -69,13 +69,14 @@ void WarnOfMoreDataSets(InputFile& file, const Header& header, const Keywords& k
 FcsFile OpenFcsFile(const std::string& path, Findings& findings) {
     InputFile bytes(path);
     Header header = ReadHeader(bytes, 0, findings);
-    const Keywords keywords = ReadKeywords(bytes, 0, header, findings);
+    Keywords keywords = ReadKeywords(bytes, 0, header, findings);
     EventLayout layout = ReadLayout(header, keywords, findings);
     const DataSegment data = LocateData(bytes, header, keywords, layout, findings);
     std::optional<Spillover> spillover = ReadSpillover(keywords, layout, findings);
     WarnOfMoreDataSets(bytes, header, keywords, findings);
     bytes.Close();
-    return {std::move(bytes), std::move(header), std::move(layout), data, std::move(spillover)};
+    return {std::move(bytes),    std::move(header), std::move(keywords), std::move(layout), data,
+            std::move(spillover)};
 }
 
 }  // namespace Host

@@ -12,6 +12,7 @@ namespace Host {
 struct FcsFile {
     InputFile bytes;
     Header header;
+    Keywords keywords;
     EventLayout layout;
     DataSegment data;
     std::optional<Spillover> spillover;

@@ -2,7 +2,6 @@
 
 #include <cctype>
 #include <utility>
-#include <vector>
 
 #include "numbers.h"
 
@@ -14,13 +13,6 @@ struct Tokens {
     std::vector<std::string> list;
     bool closed = false;  ///< whether a delimiter stood behind the last one
 };
-
-std::string UpperCase(std::string_view text) {
-    std::string upper(text);
-    for (char& c : upper)
-        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    return upper;
-}
 
 /// What is left behind the last delimiter: padding, or a token that is not closed.
 void FinishTokens(Tokens& tokens, std::string rest) {
@@ -130,15 +122,27 @@ void ReadSupplementalText(InputFile& file, std::uint64_t start, const Header& he
 
 }  // namespace
 
+std::string UpperCase(std::string_view text) {
+    std::string upper(text);
+    for (char& c : upper)
+        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    return upper;
+}
+
 void Keywords::Add(std::string_view keyword, std::string value, Findings& findings) {
-    const auto [place, added] = values_.try_emplace(UpperCase(keyword), std::move(value));
-    if (added || place->second == value) return;
-    findings.Warn({std::string(keyword), value, "one value, \"" + place->second + "\""}, "the first is used");
+    const auto [place, added] = places_.try_emplace(UpperCase(keyword), list_.size());
+    if (added) {
+        list_.push_back({std::string(keyword), std::move(value)});
+        return;
+    }
+    const std::string& first = list_[place->second].value;
+    if (first == value) return;
+    findings.Warn({std::string(keyword), value, "one value, \"" + first + "\""}, "the first is used");
 }
 
 const std::string* Keywords::Find(std::string_view keyword) const {
-    const auto place = values_.find(keyword);
-    return place == values_.end() ? nullptr : &place->second;
+    const auto place = places_.find(keyword);
+    return place == places_.end() ? nullptr : &list_[place->second].value;
 }
 
 std::optional<std::uint64_t> Keywords::FindUnsigned(std::string_view keyword) const {

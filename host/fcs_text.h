@@ -10,11 +10,20 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "fcs_header.h"
 #include "findings.h"
 
 namespace Host {
+
+struct Keyword {
+    std::string name;  ///< as its writer spelled it
+    std::string value;
+};
+
+/// Keywords are compared in upper case.
+std::string UpperCase(std::string_view text);
 
 /// The keywords of a data set. Keywords are compared without regard to case; values are bytes.
 class Keywords {
@@ -30,10 +39,14 @@ public:
     /// else.
     std::optional<std::uint64_t> FindUnsigned(std::string_view keyword) const;
 
-    std::size_t Count() const { return values_.size(); }
+    std::size_t Count() const { return list_.size(); }
+
+    /// All of them, in the order of the file.
+    const std::vector<Keyword>& List() const { return list_; }
 
 private:
-    std::map<std::string, std::string, std::less<>> values_;
+    std::vector<Keyword> list_;
+    std::map<std::string, std::size_t, std::less<>> places_;  ///< by upper-case name
 };
 
 /// Adds the pairs of one segment, which `where` names in messages. Throws Refusal when it cannot be read.

@@ -7,6 +7,7 @@
 #include <map>
 #include <string>
 
+#include "convert_command.h"
 #include "info_command.h"
 #include "output.h"
 #include "stats_command.h"
@@ -20,6 +21,11 @@ const std::map<std::string, Host::Format> InfoFormats{{"table", Host::Format::Ta
                                                       {"json", Host::Format::Json}};
 const std::map<std::string, Host::Format> StatsFormats{
     {"table", Host::Format::Table}, {"csv", Host::Format::Csv}, {"json", Host::Format::Json}};
+const std::map<std::string, Host::StoredType> StoredTypes{{"F", Host::StoredType::Float},
+                                                          {"D", Host::StoredType::Double},
+                                                          {"I16", Host::StoredType::Int16},
+                                                          {"I32", Host::StoredType::Int32}};
+const std::map<std::string, bool> ByteOrders{{"little", true}, {"big", false}};
 const std::map<std::string, Host::ValueKind> ValueKinds{{"channel", Host::ValueKind::Channel},
                                                         {"scale", Host::ValueKind::Scale}};
 
@@ -56,15 +62,30 @@ void AddStats(CLI::App& program, Host::StatsOptions& options, int& status) {
     command->callback([&] { status = Host::RunStats(options); });
 }
 
+void AddConvert(CLI::App& program, Host::ConvertOptions& options, int& status) {
+    CLI::App* command = program.add_subcommand("convert", "Write the events of an FCS file as FCS 3.1");
+    command->add_option("input", options.input, "FCS file")->required();
+    command->add_option("output", options.output, "File to write")->required();
+    AddChoice(*command, "--type", options.format.type, StoredTypes,
+              "F (32-bit floats), D (doubles), I16 or I32 (unsigned integers)");
+    AddChoice(*command, "--order", options.format.littleEndian, ByteOrders, "little or big");
+    AddChoice(*command, "--values", options.values, ValueKinds,
+              "scale (amplification applied) or channel (as stored)");
+    command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
+    command->callback([&] { status = Host::RunConvert(options); });
+}
+
 int Run(int argc, char** argv) {
     CLI::App program("Flow cytometry list-mode files: what they hold, in numbers", "orvane");
     program.require_subcommand(1);
     program.set_version_flag("--version", ORVANE_VERSION);
     Host::InfoOptions info;
     Host::StatsOptions stats;
+    Host::ConvertOptions convert;
     int status = 0;
     AddInfo(program, info, status);
     AddStats(program, stats, status);
+    AddConvert(program, convert, status);
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

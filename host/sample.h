@@ -31,6 +31,8 @@ public:
     Sample& operator=(const Sample&) = delete;
     ~Sample();
 
+    std::vector<Orvane::EventSection*>& Events() { return events_; }
+
     /// The statistics of one parameter over all events.
     Orvane::OVSignalStatistics Statistics(std::size_t parameter,
                                           Orvane::IOVStatisticsSignalSection& operations);

@@ -1,0 +1,35 @@
+// Which values an integer type cannot hold.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include <orvane/Sections.h>
+
+#include "findings.h"
+#include "stored_parameters.h"
+
+namespace Host {
+
+/// Counts them, section by section, for each parameter.
+class ClippingCounter {
+public:
+    explicit ClippingCounter(const std::vector<StoredParameter>& parameters)
+        : parameters_(parameters), counts_(parameters.size()) {}
+
+    void Count(const Orvane::EventSection& events);
+
+    void Warn(Findings& findings) const;
+
+private:
+    struct Counts {
+        std::uint64_t below = 0;  ///< 0
+        std::uint64_t above = 0;  ///< the range less one
+        std::uint64_t notNumbers = 0;
+    };
+
+    const std::vector<StoredParameter>& parameters_;
+    std::vector<Counts> counts_;
+};
+
+}  // namespace Host

@@ -1,0 +1,21 @@
+// `orvane convert`: the events of a file in a file of FCS 3.1.
+#pragma once
+
+#include <string>
+
+#include "stored_parameters.h"
+
+namespace Host {
+
+struct ConvertOptions {
+    std::string input;
+    std::string output;
+    ValueKind values = ValueKind::Scale;
+    StoredFormat format;
+    bool strict = false;
+};
+
+/// Returns the exit status: 0, or 1 when the file was refused.
+int RunConvert(const ConvertOptions& options);
+
+}  // namespace Host
