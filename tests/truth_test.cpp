@@ -107,6 +107,23 @@ TEST_F(Truth, StatisticsAgree) {
     }
 }
 
+TEST_F(Truth, ConvertedFilesReadTheSame) {
+    const std::string converted = Path("converted.fcs");
+    for (const auto& [type, values] :
+         {std::pair("F", "scale"), std::pair("D", "scale"), std::pair("I32", "channel")}) {
+        for (std::size_t f = 0; f < files_.size(); ++f) {
+            SCOPED_TRACE(files_[f] + " as " + type);
+            const bool floating = truths_[f]["datatype"] == "F" || truths_[f]["datatype"] == "D";
+            if (floating && type == std::string("I32")) continue;
+            const HostRun run =
+                Run({"convert", files_[f], converted, "--type", type, "--values", values, "--order", "big"});
+            ASSERT_EQ(run.status, 0) << run.err;
+            EXPECT_EQ(Stats(converted, {"--values", values})["populations"],
+                      Stats(files_[f], {"--values", values})["populations"]);
+        }
+    }
+}
+
 void ExpectParameter(const json& parameter, const json& truth) {
     EXPECT_EQ(parameter["name"], truth["name"]);
     EXPECT_EQ(parameter["stain"], truth["stain"]);
