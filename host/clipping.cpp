@@ -13,6 +13,11 @@ void AppendCount(std::string& text, std::uint64_t count, const std::string& what
 
 }  // namespace
 
+ClippingCounter::ClippingCounter(const StoredFormat& format, const std::vector<StoredParameter>& parameters) {
+    if (format.IsInteger()) parameters_ = parameters;
+    counts_.resize(parameters_.size());
+}
+
 void ClippingCounter::Count(const Orvane::EventSection& events) {
     for (std::size_t p = 0; p < parameters_.size(); ++p) {
         const double range = parameters_[p].range;

@@ -14,8 +14,8 @@ namespace Host {
 /// Counts them, section by section, for each parameter.
 class ClippingCounter {
 public:
-    explicit ClippingCounter(const std::vector<StoredParameter>& parameters)
-        : parameters_(parameters), counts_(parameters.size()) {}
+    /// Floating-point types hold every value; for them nothing is counted.
+    ClippingCounter(const StoredFormat& format, const std::vector<StoredParameter>& parameters);
 
     void Count(const Orvane::EventSection& events);
 
@@ -28,7 +28,7 @@ private:
         std::uint64_t notNumbers = 0;
     };
 
-    const std::vector<StoredParameter>& parameters_;
+    std::vector<StoredParameter> parameters_;  ///< those of an integer type
     std::vector<Counts> counts_;
 };
 

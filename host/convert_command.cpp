@@ -6,6 +6,7 @@
 #include "clipping.h"
 #include "display.h"
 #include "fcs_writer.h"
+#include "numbers.h"
 #include "output.h"
 #include "parallel.h"
 #include "progress.h"
@@ -15,15 +16,16 @@ namespace {
 
 /// Only TEXT and DATA are written.
 void WarnOfAnalysis(const FcsFile& file, Findings& findings) {
-    const Offsets inText = KeywordOffsets(file.keywords, "ANALYSIS");
-    const Offsets& place = file.header.analysis == Offsets{} ? inText : file.header.analysis;
-    if (place == Offsets{}) return;
-    findings.Warn({"ANALYSIS", ToText(place), "no such segment"}, "it is left out");
+    const std::string* inText = file.keywords.Find("$BEGINANALYSIS");
+    std::uint64_t begin = file.header.analysis.begin;
+    if (begin == 0 && inText != nullptr) begin = ParseUnsigned(*inText).value_or(0);
+    if (begin == 0) return;
+    findings.Warn({"begin of ANALYSIS", std::to_string(begin), "0, no such segment"}, "it is left out");
 }
 
-void WriteEvents(Sample& sample, FcsWriter& writer, ClippingCounter* clipping) {
+void WriteEvents(Sample& sample, FcsWriter& writer, ClippingCounter& clipping) {
     for (Orvane::EventSection* section : sample.Events()) {
-        if (clipping != nullptr) clipping->Count(*section);
+        clipping.Count(*section);
         writer.Write(*section);
     }
 }
@@ -65,8 +67,8 @@ std::string Convert(const ConvertOptions& options) {
         DescribeParameters(sample.Events(), file.layout, options.values, options.format);
     OutputFile output(options.output);
     FcsWriter writer(output, file.keywords.List(), options.format, parameters, file.data.events);
-    ClippingCounter clipping(parameters);
-    WriteEvents(sample, writer, options.format.IsInteger() ? &clipping : nullptr);
+    ClippingCounter clipping(options.format, parameters);
+    WriteEvents(sample, writer, clipping);
     writer.Finish();
     clipping.Warn(findings);
     output.Commit();

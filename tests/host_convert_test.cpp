@@ -119,10 +119,12 @@ TEST_F(HostConvert, AmplificationIsAppliedOrKept) {
 TEST_F(HostConvert, KeepsOtherKeywords) {
     FcsBuilder builder = FcsBuilder::Small().Set("My Note", "a|b/c\\d!e~f^g#h*i;j\fk\x1el").Set("empty", " ");
     builder.Set("$P1N", "|A").Set("$P2N", "/\\!~^#*").Set("$P2S", "\xB5m").Set("$ORIGINALITY", "Original");
-    builder.Set("$BEGINSTEXT", "0").Set("$P1D", "Linear,0,1").version = "FCS3.0";
+    builder.Set("$BEGINSTEXT", "0").Set("$BEGINANALYSIS", "  ").Set("$P1D", "Linear,0,1").version = "FCS3.0";
     builder.delimiter = '@';
+    builder.header[4] = "    4110";
     const std::string path = Write(builder);
     const std::string converted = Convert(path);
+    EXPECT_NE(run_.out.find("begin of ANALYSIS is \"4110\""), std::string::npos) << run_.out;
     ExpectSameStatistics(path, converted);
     const std::string text = ReadFile(converted);
     for (const char* part : {"My Note", "$P1D", "Linear,0,1", "\xC2\xB5m", "$P1E"})
