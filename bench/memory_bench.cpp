@@ -9,7 +9,7 @@
 #endif
 
 #include <orvane/CriticalSection.h>
-#include <orvane/MemoryManage.h>
+#include <orvane/OVMemoryAligned.h>
 #include <orvane/QuickFindIndex.h>
 
 #include "bench/support.h"
@@ -47,14 +47,11 @@ void MallocAndTouch(benchmark::State& state) {
 /// One packet taken and returned while others are held.
 template <class Owner>
 void TakeAndReturn(benchmark::State& state) {
-    {
-        const std::vector<Owner> held(HeldPackets);
-        for (auto _ : state) {
-            const Owner packet;
-            benchmark::DoNotOptimize(packet.Get());
-        }
+    const std::vector<Owner> held(HeldPackets);
+    for (auto _ : state) {
+        const Owner packet;
+        benchmark::DoNotOptimize(packet.Get());
     }
-    MemoryManage::ReleaseAll();
 }
 
 /// Time per block of touching fresh memory throughout.
@@ -83,13 +80,22 @@ void FirstTouchOfPages(benchmark::State& state) {
 }
 #endif
 
-/// Many segments are given back at once, which makes the C library give them back to the system.
+/// What the pool's allocator gives. Many segments are given back at once, which makes the C library give them
+/// back to the system.
 void FirstTouchOfSegment(benchmark::State& state) {
-    constexpr std::int64_t Enough = 64 << 20;
-    FirstTouch(state, MemoryManage::NewSegment, [](void*) {
-        if (MemoryManage::GetUseSize() >= Enough) MemoryManage::ReleaseAll();
-    });
-    MemoryManage::ReleaseAll();
+    constexpr std::size_t Enough = 8;
+    OVMemoryAligned allocator;
+    std::vector<void*> given;
+    const auto giveBack = [&](std::size_t enough) {
+        if (given.size() < enough) return;
+        for (void* segment : given)
+            allocator.Free(segment);
+        given.clear();
+    };
+    FirstTouch(
+        state, [&] { return given.emplace_back(allocator.Malloc(BlockBytes * BlocksPerSegment, 16)); },
+        [&](void*) { giveBack(Enough); });
+    giveBack(1);
 }
 
 /// Addresses of 100 segments that lie side by side, or in two regions far apart; then one look-up per step.
