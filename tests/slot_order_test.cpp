@@ -14,9 +14,11 @@
 #include <orvane/OVCountSection.h>
 #include <orvane/OVEventSection.h>
 #include <orvane/OVFCSWriteRead.h>
+#include <orvane/OVFilter.h>
 #include <orvane/OVFilterSection.h>
 #include <orvane/OVMemoryAligned.h>
 #include <orvane/OVModelSection.h>
+#include <orvane/OVPloygon.h>
 #include <orvane/OVSegmentSection.h>
 #include <orvane/OVSignalSection.h>
 #include <orvane/OVStatisticsSignalSection.h>
@@ -229,6 +231,15 @@ struct OpenFCSWriteRead : IOVFCSWriteRead {
     void CalcSegmentIndexByCount(Segments&, EventSection&) override = 0;
     void CalcSegmentIndexByLength(Segments&, EventSection&, OVFCSPara&) override = 0;
 };
+
+TEST(SlotOrder, Gates) {
+    using P = IOVPloygon;
+    ExpectSlotsFromOne<P>(&P::ConstructEigenValue, &P::GetMinRect, &P::IsInPloygon);
+    using I = IOVFilter;
+    ExpectSlotsFromOne<I>(&I::Filter_LineSegment, &I::Filter_Vertical, &I::Filter_Vertical_Fast,
+                          &I::Filter_Rectangle, &I::Filter_Quadrant, &I::Filter_Quadrant_Fast,
+                          &I::Filter_Hinged, &I::Filter_Hinged_Fast, &I::Filter_Ploygon);
+}
 
 TEST(SlotOrder, FCSWriteRead) {
     using I = OpenFCSWriteRead;

@@ -18,11 +18,15 @@
 #include <orvane/OVEventSection.h>
 #include <orvane/OVFCSPara.h>
 #include <orvane/OVFCSWriteRead.h>
+#include <orvane/OVFilter.h>
 #include <orvane/OVFilterSection.h>
 #include <orvane/OVMatrix.h>
 #include <orvane/OVMemoryAligned.h>
 #include <orvane/OVModelSection.h>
 #include <orvane/OVNthElementSection.h>
+#include <orvane/OVPloygon.h>
+#include <orvane/OVPoint.h>
+#include <orvane/OVRect.h>
 #include <orvane/OVSegmentSection.h>
 #include <orvane/OVSignalSection.h>
 #include <orvane/OVSignalStatistics.h>
