@@ -5,11 +5,21 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <string>
 
 #include "foundation/instruction_set.h"
 
 namespace Orvane::Bench {
+
+/// Whether two columns hold the same bits, as a kernel's result must before it is timed.
+inline bool HaveSameBits(const float* a, const float* b, int count) {
+    return std::equal(a, a + count, b, [](float left, float right) {
+        return std::bit_cast<std::uint32_t>(left) == std::bit_cast<std::uint32_t>(right);
+    });
+}
 
 /// The plain form, or any other competitor: "<group>/<name>". The name "plain" is what the others are
 /// compared to.

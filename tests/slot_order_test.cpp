@@ -9,6 +9,7 @@
 #include <numeric>
 #include <vector>
 
+#include <orvane/OVCompensation.h>
 #include <orvane/OVCoordinateTransformerX.h>
 #include <orvane/OVCoordinateTransformerY.h>
 #include <orvane/OVCountSection.h>
@@ -215,6 +216,11 @@ void ExpectTransformerSlots() {
 TEST(SlotOrder, CoordinateTransformers) {
     ExpectTransformerSlots<IOVCoordinateTransformerX>();
     ExpectTransformerSlots<IOVCoordinateTransformerY>();
+}
+
+TEST(SlotOrder, Compensation) {
+    using I = IOVCompensation;
+    ExpectSlotsFromOne<I>(&I::CalcCompensation, &I::CalcCompensation_Section);
 }
 
 /// Brings the private operations, whose slots are as fixed as the others, into the open.
