@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "numbers.h"
+#include "parameter_names.h"
 
 namespace Host {
 namespace {
@@ -18,17 +19,19 @@ std::vector<std::string_view> SplitAtCommas(std::string_view text) {
     return parts;
 }
 
-/// "n,name1,..,name n,m11,m12,..": none unless there are exactly the names and numbers that n asks for.
-std::optional<Spillover> Parse(const std::string& keyword, std::string_view text) {
+/// "n,name1,..,name n,m11,m12,.." or "n,m11,m12,..": none unless there are exactly the names and numbers that
+/// n asks for.
+std::optional<Spillover> Parse(const std::string& keyword, std::string_view text, const EventLayout& layout) {
     const std::vector<std::string_view> parts = SplitAtCommas(text);
     const auto size = ParseUnsigned(parts[0]);
-    if (!size || *size == 0 || *size > parts.size() || parts.size() - 1 != *size * (*size + 1)) {
-        return std::nullopt;
-    }
+    if (!size || *size == 0 || *size > parts.size()) return std::nullopt;
+    const bool named = parts.size() - 1 == *size * (*size + 1);
+    const bool forAll = parts.size() - 1 == *size * *size && *size == layout.parameters.size();
+    if (!named && !forAll) return std::nullopt;
     Spillover matrix{keyword, {}, {}};
     for (std::size_t i = 1; i <= *size; ++i)
-        matrix.names.emplace_back(parts[i]);
-    for (std::size_t i = *size + 1; i < parts.size(); ++i) {
+        matrix.names.push_back(named ? std::string(parts[i]) : std::to_string(i));
+    for (std::size_t i = named ? *size + 1 : 1; i < parts.size(); ++i) {
         const auto number = ParseNumber(parts[i]);
         if (!number) return std::nullopt;
         matrix.coefficients.push_back(*number);
@@ -38,22 +41,29 @@ std::optional<Spillover> Parse(const std::string& keyword, std::string_view text
 
 void WarnOfUnknownNames(const Spillover& matrix, const EventLayout& layout, Findings& findings) {
     for (const std::string& name : matrix.names) {
-        const bool known = std::any_of(layout.parameters.begin(), layout.parameters.end(),
-                                       [&](const Parameter& parameter) { return parameter.name == name; });
-        if (!known) {
-            findings.Warn({matrix.keyword, name, "names of parameters"}, "the file has none of that name");
+        if (!FindChannel(layout, name)) {
+            findings.Warn({matrix.keyword, name, "names of parameters"},
+                          "the file has none of that name, and the matrix is not used");
         }
     }
 }
 
 }  // namespace
 
+std::optional<std::size_t> FindChannel(const EventLayout& layout, const std::string& name) {
+    const std::optional<std::size_t> position = FindParameter(layout, name);
+    if (position) return position;
+    const std::optional<std::uint64_t> number = ParseUnsigned(name);
+    if (!number || *number == 0 || *number > layout.parameters.size()) return std::nullopt;
+    return static_cast<std::size_t>(*number - 1);
+}
+
 std::optional<Spillover> ReadSpillover(const Keywords& keywords, const EventLayout& layout,
                                        Findings& findings) {
-    for (const char* keyword : {"$SPILLOVER", "SPILL", "SPILLOVER"}) {
+    for (const char* keyword : {"$SPILLOVER", "SPILL", "SPILLOVER", "$COMP", "COMP"}) {
         const std::string* text = keywords.Find(keyword);
         if (text == nullptr) continue;
-        std::optional<Spillover> matrix = Parse(keyword, *text);
+        std::optional<Spillover> matrix = Parse(keyword, *text, layout);
         if (matrix) {
             WarnOfUnknownNames(*matrix, layout, findings);
         } else {

@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Host {
@@ -24,7 +25,13 @@ std::string Describe(const Fault& fault);
 /// A file that cannot be used.
 class Refusal : public std::runtime_error {
 public:
-    explicit Refusal(const Fault& fault) : std::runtime_error(Describe(fault)) {}
+    explicit Refusal(Fault fault) : std::runtime_error(Describe(fault)), fault_(std::move(fault)) {}
+
+    /// What it is about.
+    const Fault& Cause() const { return fault_; }
+
+private:
+    Fault fault_;
 };
 
 [[noreturn]] void Refuse(std::string where, std::string_view value, std::string expected);

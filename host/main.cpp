@@ -8,6 +8,7 @@
 #include <string>
 
 #include "convert_command.h"
+#include "gate_command.h"
 #include "info_command.h"
 #include "output.h"
 #include "stats_command.h"
@@ -39,6 +40,22 @@ void AddChoice(CLI::App& command, const std::string& name, Value& value,
         ->check(CLI::IsMember(choices));
 }
 
+/// Returns the option for gates.
+CLI::Option* AddAnalysis(CLI::App& command, Host::AnalysisOptions& options) {
+    command.add_option(
+        "--compensate", options.compensate,
+        "none, file (the matrix of the file, which is used where there is one unless this says otherwise) or "
+        "a CSV file: a line with the names of the channels and a line of numbers for each");
+    return command.add_option("--gates", options.gates, "Gates, as Gating-ML 2.0");
+}
+
+/// Channel values are neither compensated nor gated.
+void RequireScaleValues(Host::ValueKind values, const Host::AnalysisOptions& options) {
+    const bool plain = options.gates.empty() && (options.compensate.empty() || options.compensate == "none");
+    if (values == Host::ValueKind::Scale || plain) return;
+    throw CLI::ValidationError("--values", "gates and compensation need scale values");
+}
+
 void AddInfo(CLI::App& program, Host::InfoOptions& options, int& status) {
     CLI::App* command = program.add_subcommand("info", "Say what FCS files say about themselves");
     command->add_option("files", options.files, "FCS files")->required();
@@ -55,11 +72,30 @@ void AddStats(CLI::App& program, Host::StatsOptions& options, int& status) {
         ->allow_extra_args(false);
     AddChoice(*command, "--values", options.values, ValueKinds,
               "scale (amplification applied) or channel (as stored)");
+    CLI::Option* gates = AddAnalysis(*command, options.analysis);
+    command
+        ->add_option("--population", options.analysis.population, "Report only the population of this name")
+        ->needs(gates);
     AddChoice(*command, "--format", options.format, StatsFormats, "table, csv or json");
     command->add_option("-o,--output", options.output, "Write to a file instead of standard output");
     command->add_option("--jobs", options.jobs, "Number of files at a time")->check(CLI::Range(1, 1024));
     command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
-    command->callback([&] { status = Host::RunStats(options); });
+    command->callback([&] {
+        RequireScaleValues(options.values, options.analysis);
+        status = Host::RunStats(options);
+    });
+}
+
+void AddGate(CLI::App& program, Host::GateOptions& options, int& status) {
+    CLI::App* command = program.add_subcommand("gate", "Count the populations of an FCS file");
+    command->add_option("file", options.file, "FCS file")->required();
+    AddAnalysis(*command, options.analysis)->required();
+    command->add_option("--membership", options.membership,
+                        "Write a CSV file with one line per event: 1 in each population that it belongs to");
+    AddChoice(*command, "--format", options.format, StatsFormats, "table, csv or json");
+    command->add_option("-o,--output", options.output, "Write to a file instead of standard output");
+    command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
+    command->callback([&] { status = Host::RunGate(options); });
 }
 
 void AddConvert(CLI::App& program, Host::ConvertOptions& options, int& status) {
@@ -81,10 +117,12 @@ int Run(int argc, char** argv) {
     program.set_version_flag("--version", ORVANE_VERSION);
     Host::InfoOptions info;
     Host::StatsOptions stats;
+    Host::GateOptions gate;
     Host::ConvertOptions convert;
     int status = 0;
     AddInfo(program, info, status);
     AddStats(program, stats, status);
+    AddGate(program, gate, status);
     AddConvert(program, convert, status);
     try {
         program.parse(argc, argv);

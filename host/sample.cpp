@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
 #include <limits>
 
 #include "event_reader.h"
@@ -18,7 +17,6 @@ namespace {
 using Orvane::EventSection;
 using Orvane::MemoryManage;
 using Orvane::SegmentSection;
-using Orvane::SignalSection;
 
 constexpr std::uint64_t BlocksPerSegment = 32;
 /// What the library's counts of events can hold.
@@ -125,25 +123,6 @@ void CheckSize(const FcsFile& file, std::size_t eventBytes) {
     }
 }
 
-/// Views of one column of every section.
-class ColumnView {
-public:
-    ColumnView(std::vector<EventSection*>& events, std::size_t parameter) {
-        Orvane::OVEventSection().GetVectorSignalSection(events, static_cast<int>(parameter), views_);
-    }
-    ColumnView(const ColumnView&) = delete;
-    ColumnView& operator=(const ColumnView&) = delete;
-    ~ColumnView() {
-        for (const SignalSection* view : views_)
-            delete view;
-    }
-
-    std::vector<SignalSection*>& Sections() { return views_; }
-
-private:
-    std::vector<SignalSection*> views_;
-};
-
 }  // namespace
 
 void SizePool(const std::vector<const FcsFile*>& files) {
@@ -196,24 +175,6 @@ void Sample::Load(FcsFile& file, ValueKind values, const std::function<void(std:
         left -= events;
         progress(events * file.layout.parameters.size());
     }
-}
-
-Orvane::OVSignalStatistics Sample::Statistics(std::size_t parameter,
-                                              Orvane::IOVStatisticsSignalSection& operations) {
-    ColumnView column(events_, parameter);
-    Orvane::OVSignalStatistics statistics;
-    operations.CalcStatistic_MorePara(column.Sections(), statistics);
-    return statistics;
-}
-
-std::uint64_t Sample::CountNaN(std::size_t parameter) const {
-    std::uint64_t count = 0;
-    for (const EventSection* section : events_) {
-        const float* column = (*section)[static_cast<int>(parameter)];
-        count += static_cast<std::uint64_t>(
-            std::count_if(column, column + section->Count, [](float value) { return std::isnan(value); }));
-    }
-    return count;
 }
 
 }  // namespace Host

@@ -1,10 +1,9 @@
-// The events of a file in the library's sections, and their statistics.
+// The events of a file in the library's sections.
 #pragma once
 
 #include <functional>
 #include <vector>
 
-#include <orvane/OVStatisticsSignalSection.h>
 #include <orvane/Sections.h>
 
 #include "fcs_file.h"
@@ -32,13 +31,6 @@ public:
     ~Sample();
 
     std::vector<Orvane::EventSection*>& Events() { return events_; }
-
-    /// The statistics of one parameter over all events.
-    Orvane::OVSignalStatistics Statistics(std::size_t parameter,
-                                          Orvane::IOVStatisticsSignalSection& operations);
-
-    /// How many values of a parameter are not numbers.
-    std::uint64_t CountNaN(std::size_t parameter) const;
 
 private:
     void Load(FcsFile& file, ValueKind values, const std::function<void(std::uint64_t)>& progress);

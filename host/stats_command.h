@@ -4,14 +4,15 @@
 #include <string>
 #include <vector>
 
+#include "gated_sample.h"
 #include "output.h"
-#include "sample.h"
 
 namespace Host {
 
 struct StatsOptions {
     std::vector<std::string> files;
     std::vector<std::string> parameters;  ///< names to report, UTF-8; all when empty
+    AnalysisOptions analysis;
     ValueKind values = ValueKind::Scale;
     Format format = Format::Table;
     std::string output;  ///< a file; standard output when empty

@@ -1,7 +1,5 @@
 #include "stats_report.h"
 
-#include <nlohmann/json.hpp>
-
 #include <array>
 #include <cmath>
 #include <sstream>
@@ -13,11 +11,6 @@
 
 namespace Host {
 namespace {
-
-/// Floating-point numbers are floats here, so that they are written with a float's digits; keys keep their
-/// order.
-using FloatJson = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::string, bool, std::int64_t,
-                                       std::uint64_t, float>;
 
 /// Every statistic with its key, in the order of all three forms.
 struct NamedStatistic {
@@ -42,86 +35,49 @@ std::optional<float> Finite(float value) {
     return std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
-FloatJson OrNull(const std::optional<float>& value) {
-    return value ? FloatJson(*value) : FloatJson(nullptr);
-}
-
-FloatJson ToJson(const Population& population) {
+FloatJson ToJson(const PopulationStatistics& population) {
     FloatJson statistics = FloatJson::array();
-    for (const ParameterStatistics& row : population.statistics) {
+    for (const ParameterStatistics& row : population.parameters) {
         FloatJson entry{{"parameter", ToUtf8(row.parameter)}, {"count", row.count}};
         for (const NamedStatistic& statistic : Statistics)
             entry[statistic.key] = OrNull(row.*statistic.value);
         statistics.push_back(std::move(entry));
     }
-    return {{"name", population.name},
-            {"parent", population.parent ? FloatJson(*population.parent) : FloatJson(nullptr)},
-            {"count", population.count},
-            {"percent_of_parent", OrNull(population.percentOfParent)},
-            {"percent_of_total", OrNull(population.percentOfTotal)},
-            {"statistics", std::move(statistics)}};
+    FloatJson result = ToJson(population.population);
+    result["statistics"] = std::move(statistics);
+    return result;
 }
 
 std::string FormatJson(const std::vector<FileStatistics>& files) {
     FloatJson list = FloatJson::array();
     for (const FileStatistics& file : files) {
         FloatJson populations = FloatJson::array();
-        for (const Population& population : file.populations)
+        for (const PopulationStatistics& population : file.populations)
             populations.push_back(ToJson(population));
-        list.push_back({{"file", ToUtf8(file.file)},
-                        {"version", file.version},
-                        {"events", file.events},
-                        {"warnings", file.warnings},
-                        {"populations", std::move(populations)}});
+        list.push_back(ToJson(file.summary));
+        list.back()["populations"] = std::move(populations);
     }
     return FloatJson{{"files", std::move(list)}}.dump(2) + '\n';
 }
 
-/// Quoted where the comma-separated form needs it.
-std::string CsvField(const std::string& text) {
-    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-    std::string quoted = "\"";
-    for (const char c : text) {
-        if (c == '"') quoted += '"';
-        quoted += c;
-    }
-    return quoted + '"';
-}
-
-std::string CsvNumber(const std::optional<float>& value) {
-    return value ? Shortest(*value) : std::string();
-}
-
-std::string Joined(const std::vector<std::string>& warnings) {
-    std::string text;
-    for (const std::string& warning : warnings)
-        text += (text.empty() ? "" : " | ") + warning;
-    return text;
-}
-
-void AppendCsvRow(std::string& text, const FileStatistics& file, const Population& population,
+void AppendCsvRow(std::string& text, const FileSummary& file, const PopulationSummary& population,
                   const ParameterStatistics& row) {
-    text += CsvField(ToUtf8(file.file)) + ',' + file.version + ',' + std::to_string(file.events) + ',' +
-            CsvField(Joined(file.warnings)) + ',' + CsvField(population.name) + ',' +
-            CsvField(population.parent.value_or("")) + ',' + std::to_string(population.count) + ',' +
-            CsvNumber(population.percentOfParent) + ',' + CsvNumber(population.percentOfTotal) + ',' +
-            CsvField(ToUtf8(row.parameter)) + ',' + std::to_string(row.count);
+    text +=
+        CsvFields(file, population) + ',' + CsvField(ToUtf8(row.parameter)) + ',' + std::to_string(row.count);
     for (const NamedStatistic& statistic : Statistics)
         text += ',' + CsvNumber(row.*statistic.value);
     text += '\n';
 }
 
 std::string FormatCsv(const std::vector<FileStatistics>& files) {
-    std::string text =
-        "file,version,events,warnings,population,parent,population_count,percent_of_parent,percent_of_total,"
-        "parameter,count";
+    std::string text = CsvTitles() + ",parameter,count";
     for (const NamedStatistic& statistic : Statistics)
         text += std::string(",") + statistic.key;
     text += '\n';
     for (const FileStatistics& file : files) {
-        for (const Population& population : file.populations) {
-            for (const ParameterStatistics& row : population.statistics)
-                AppendCsvRow(text, file, population, row);
+        for (const PopulationStatistics& population : file.populations) {
+            for (const ParameterStatistics& row : population.parameters)
+                AppendCsvRow(text, file.summary, population.population, row);
         }
     }
     return text;
@@ -133,12 +89,13 @@ std::string TableNumber(const ParameterStatistics& row, const NamedStatistic& st
     return Rounded(statistic.isRatio ? 100.0 * *value : *value);
 }
 
-void PrintPopulation(std::ostream& out, const Population& population) {
-    std::vector<Table::Column> columns{{population.name, Table::Align::Left}, {"count", Table::Align::Right}};
+void PrintPopulation(std::ostream& out, const PopulationStatistics& population) {
+    std::vector<Table::Column> columns{{Printable(population.population.name), Table::Align::Left},
+                                       {"count", Table::Align::Right}};
     for (const NamedStatistic& statistic : Statistics)
         columns.push_back({statistic.title, Table::Align::Right});
     Table table(std::move(columns));
-    for (const ParameterStatistics& row : population.statistics) {
+    for (const ParameterStatistics& row : population.parameters) {
         std::vector<std::string> cells{Printable(row.parameter), std::to_string(row.count)};
         for (const NamedStatistic& statistic : Statistics)
             cells.push_back(TableNumber(row, statistic));
@@ -151,11 +108,13 @@ std::string FormatTables(const std::vector<FileStatistics>& files) {
     std::ostringstream out;
     for (const FileStatistics& file : files) {
         if (&file != &files.front()) out << '\n';
-        out << Printable(file.file) << ": " << file.version << ", " << file.events << " events\n";
-        for (const Population& population : file.populations)
+        PrintHeadline(out, file.summary);
+        if (!file.tree.empty()) PrintTree(out, file.tree);
+        for (const PopulationStatistics& population : file.populations) {
+            if (!file.tree.empty()) out << '\n';
             PrintPopulation(out, population);
-        for (const std::string& warning : file.warnings)
-            out << "warning: " << warning << '\n';
+        }
+        PrintWarnings(out, file.summary);
     }
     return out.str();
 }

@@ -8,7 +8,7 @@
 
 #include <orvane/OVSignalStatistics.h>
 
-#include "output.h"
+#include "population_report.h"
 
 namespace Host {
 
@@ -28,21 +28,15 @@ struct ParameterStatistics {
     std::optional<float> rcv;  ///< a ratio
 };
 
-struct Population {
-    std::string name;
-    std::optional<std::string> parent;
-    std::uint64_t count = 0;
-    std::optional<float> percentOfParent;
-    std::optional<float> percentOfTotal;
-    std::vector<ParameterStatistics> statistics;
+struct PopulationStatistics {
+    PopulationSummary population;
+    std::vector<ParameterStatistics> parameters;
 };
 
 struct FileStatistics {
-    std::string file;
-    std::string version;
-    std::uint64_t events = 0;
-    std::vector<std::string> warnings;
-    std::vector<Population> populations;
+    FileSummary summary;
+    std::vector<PopulationSummary> tree;  ///< of all populations; empty without gates
+    std::vector<PopulationStatistics> populations;
 };
 
 /// The text of a result. JSON and CSV hold every number with the digits that bring it back; the table rounds,

@@ -3,7 +3,8 @@
 # Usage: scripts/setup.sh [--lint]   (--lint adds the formatter and the linter)
 set -euo pipefail
 
-packages=(g++ cmake ninja-build pkg-config libgtest-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev)
+packages=(g++ cmake ninja-build pkg-config libgtest-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev
+          libpugixml-dev)
 if [ "${1:-}" = "--lint" ]; then packages+=(clang-format clang-tidy clang); fi
 
 if ! command -v dpkg-query >/dev/null; then
