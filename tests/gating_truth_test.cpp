@@ -2,11 +2,11 @@
 // about them.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <set>
 #include <sstream>
 
 #include "support/host_program.h"
+#include "support/membership.h"
 #include "support/truth.h"
 
 namespace Orvane::Testing {
@@ -24,29 +24,14 @@ protected:
 
     static fs::path Folder() { return SampleFolder() / "gatingml"; }
 
-    /// The column of one gate in the membership that the program writes.
-    std::vector<int> Members(const json& gate) const {
+    /// One character per event.
+    std::string Members(const json& gate) const {
         const std::string out = Path("members.csv");
         const fs::path sample = Folder() / "data1.fcs";
         const fs::path strategy = Folder() / "gates" / gate["xml"].get<std::string>();
         const HostRun run = Run({"gate", sample, "--gates", strategy, "--membership", out});
         EXPECT_EQ(run.status, 0) << run.err;
-        std::ifstream stream(out);
-        std::vector<int> members;
-        std::string line;
-        std::getline(stream, line);
-        const std::string titles = line + ",";
-        const auto end = titles.find("," + gate["gate"].get<std::string>() + ",");
-        const auto field =
-            std::count(titles.begin(), titles.begin() + static_cast<std::ptrdiff_t>(end), ',') + 1;
-        while (std::getline(stream, line)) {
-            std::istringstream fields(line);
-            std::string value;
-            for (std::ptrdiff_t i = 0; i <= field; ++i)
-                std::getline(fields, value, ',');
-            members.push_back(std::stoi(value));
-        }
-        return members;
+        return ReadMembership(out).at(gate["gate"]);
     }
 };
 
@@ -55,11 +40,11 @@ TEST_F(GatingTruth, MembershipsAgree) {
     for (const json& gate : list["gates"]) {
         SCOPED_TRACE(gate["gate"]);
         std::istringstream file(ReadFile(Folder() / "expected" / gate["expected"].get<std::string>()));
-        const std::vector<int> members = Members(gate);
+        const std::string members = Members(gate);
         std::set<std::size_t> decidedByRounding = gate["boundary_events"];
         decidedByRounding.merge(gate["sensitive_events"].get<std::set<std::size_t>>());
         std::size_t event = 0;
-        for (int expected = 0; file >> expected; ++event) {
+        for (char expected = 0; file >> expected; ++event) {
             ASSERT_LT(event, members.size());
             if (!decidedByRounding.contains(event)) {
                 EXPECT_EQ(members[event], expected) << "event " << event;

@@ -5,9 +5,9 @@
 #include <cmath>
 #include <limits>
 #include <map>
-#include <sstream>
 
 #include "support/host_program.h"
+#include "support/membership.h"
 
 namespace Orvane::Testing {
 namespace {
@@ -61,23 +61,7 @@ protected:
                        {"gate", sample, "--gates", Strategy(content), "--membership", Path("members.csv")});
         const HostRun run = Run(options);
         EXPECT_EQ(run.status, 0) << run.err << content;
-        std::ifstream stream(Path("members.csv"));
-        std::map<std::string, std::string> members;
-        Strings names;
-        for (std::string line; std::getline(stream, line);) {
-            std::istringstream fields(line);
-            std::string field;
-            std::getline(fields, field, ',');
-            const bool isTitle = field == "event";
-            for (std::size_t i = 0; std::getline(fields, field, ','); ++i) {
-                if (isTitle) {
-                    names.push_back(field);
-                } else {
-                    members[names[i]] += field;
-                }
-            }
-        }
-        return members;
+        return ReadMembership(Path("members.csv"));
     }
 };
 
