@@ -1,6 +1,9 @@
 #include "convert_command.h"
 
+#include <orvane/OVEventSection.h>
+
 #include <algorithm>
+#include <numeric>
 #include <sstream>
 
 #include "clipping.h"
@@ -23,11 +26,57 @@ void WarnOfAnalysis(const FcsFile& file, Findings& findings) {
     findings.Warn({"begin of ANALYSIS", std::to_string(begin), "0, no such segment"}, "it is left out");
 }
 
-void WriteEvents(Sample& sample, FcsWriter& writer, ClippingCounter& clipping) {
-    for (Orvane::EventSection* section : sample.Events()) {
+/// The population to write; null for every event.
+GatedPopulation* ChoosePopulation(GatedSample& sample, const std::string& name) {
+    for (GatedPopulation& population : sample.Populations()) {
+        if (population.name == name) return &population;
+    }
+    return nullptr;
+}
+
+/// The events of one section that belong to a population, packed into sections of their own.
+class Extract {
+public:
+    Extract(Orvane::EventSection* events, Orvane::FilterSection* members) {
+        std::vector<Orvane::EventSection*> source{events};
+        std::vector<Orvane::FilterSection*> filter{members};
+        std::vector<int> signals(static_cast<std::size_t>(events->SignalCount));
+        std::iota(signals.begin(), signals.end(), 0);
+        Orvane::OVEventSection().ExtractEventSection(sections_, source, filter, signals);
+    }
+    Extract(const Extract&) = delete;
+    Extract& operator=(const Extract&) = delete;
+    ~Extract() { Orvane::OVEventSection().ReleaseVectorSection(sections_); }
+
+    std::vector<Orvane::EventSection*>& Sections() { return sections_; }
+
+private:
+    std::vector<Orvane::EventSection*> sections_;
+};
+
+void WriteAll(std::vector<Orvane::EventSection*>& sections, FcsWriter& writer, ClippingCounter& clipping) {
+    for (Orvane::EventSection* section : sections) {
         clipping.Count(*section);
         writer.Write(*section);
     }
+}
+
+void WriteEvents(GatedSample& sample, GatedPopulation* population, FcsWriter& writer,
+                 ClippingCounter& clipping) {
+    if (population == nullptr) return WriteAll(sample.Events(), writer, clipping);
+    for (std::size_t i = 0; i < sample.Events().size(); ++i) {
+        Extract extract(sample.Events()[i], population->members.Sections()[i]);
+        WriteAll(extract.Sections(), writer, clipping);
+    }
+}
+
+/// Compensated events must not be compensated again.
+std::vector<Keyword> ChooseKeywords(const FcsFile& file, const GatedSample& sample) {
+    std::vector<Keyword> keywords = file.keywords.List();
+    if (sample.IsCompensated()) {
+        std::erase_if(keywords, [](const Keyword& keyword) { return IsSpilloverKeyword(keyword.name); });
+    }
+    return keywords;
 }
 
 std::string Describe(const StoredFormat& format) {
@@ -37,49 +86,63 @@ std::string Describe(const StoredFormat& format) {
            (format.IsInteger() ? "; fractions are cut off" : "");
 }
 
-std::string Describe(const ConvertOptions& options, const FcsFile& file, const Findings& findings) {
+/// How the events were taken, and how they are written.
+std::string Describe(const ConvertOptions& options, const FcsFile& file, const GatedSample& sample,
+                     std::uint64_t events) {
     const std::vector<Parameter>& parameters = file.layout.parameters;
     const auto isLog = [](const Parameter& parameter) { return parameter.IsLog(); };
     std::ostringstream out;
-    out << Printable(options.output) << '\n'
-        << "events       " << file.data.events << '\n'
+    out << Printable(options.output) << '\n' << "events       " << events;
+    if (!options.analysis.population.empty()) {
+        out << " of " << file.data.events << ", population " << Printable(options.analysis.population);
+    }
+    out << '\n'
         << "data type    " << Describe(options.format) << '\n'
         << "values       " << (options.values == ValueKind::Scale ? "scale" : "channel");
     const auto logarithmic = std::count_if(parameters.begin(), parameters.end(), isLog);
     if (options.values == ValueKind::Scale && logarithmic != 0) {
         out << "; the amplification of " << logarithmic << " logarithmic parameters is applied, $PnE is 0,0";
     }
+    if (sample.IsCompensated()) out << "; compensated, without a matrix";
     out << '\n';
-    for (const std::string& warning : findings.Warnings())
-        out << "warning: " << warning << '\n';
     return out.str();
 }
 
+std::string ListWarnings(const Findings& findings) {
+    std::string lines;
+    for (const std::string& warning : findings.Warnings())
+        lines += "warning: " + warning + '\n';
+    return lines;
+}
+
 /// Returns what to say about it.
-std::string Convert(const ConvertOptions& options) {
+std::string Convert(const ConvertOptions& options, const Analysis& analysis) {
     Findings findings(options.strict);
     FcsFile file = OpenFcsFile(options.input, findings);
     WarnOfAnalysis(file, findings);
     SizePool({&file});
     Progress progress(file.data.events * file.layout.parameters.size());
-    Sample sample(file, options.values, [&](std::uint64_t amount) { progress.Add(amount); });
+    GatedSample sample(file, analysis, findings, [&](std::uint64_t amount) { progress.Add(amount); });
+    GatedPopulation* population = ChoosePopulation(sample, analysis.population);
+    const std::uint64_t events = population == nullptr ? file.data.events : population->count;
     const std::vector<StoredParameter> parameters =
         DescribeParameters(sample.Events(), file.layout, options.values, options.format);
     OutputFile output(options.output);
-    FcsWriter writer(output, file.keywords.List(), options.format, parameters, file.data.events);
+    FcsWriter writer(output, ChooseKeywords(file, sample), options.format, parameters, events);
     ClippingCounter clipping(options.format, parameters);
-    WriteEvents(sample, writer, clipping);
+    WriteEvents(sample, population, writer, clipping);
     writer.Finish();
     clipping.Warn(findings);
     output.Commit();
-    return Describe(options, file, findings);
+    return Describe(options, file, sample, events) + ListWarnings(findings);
 }
 
 }  // namespace
 
 int RunConvert(const ConvertOptions& options) {
+    const Analysis analysis = ReadAnalysis(options.analysis, options.values);
     std::string description;
-    const std::string refusal = RunGuarded([&] { description = Convert(options); });
+    const std::string refusal = RunGuarded([&] { description = Convert(options, analysis); });
     if (!refusal.empty()) {
         PrintRefusal(options.input, refusal);
         return 1;

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "gated_sample.h"
 #include "stored_parameters.h"
 
 namespace Host {
@@ -10,6 +11,7 @@ namespace Host {
 struct ConvertOptions {
     std::string input;
     std::string output;
+    AnalysisOptions analysis;
     ValueKind values = ValueKind::Scale;
     StoredFormat format;
     bool strict = false;

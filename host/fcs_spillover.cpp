@@ -1,6 +1,7 @@
 #include "fcs_spillover.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 #include "numbers.h"
@@ -8,6 +9,8 @@
 
 namespace Host {
 namespace {
+
+constexpr std::array<const char*, 5> KeywordsInOrder = {"$SPILLOVER", "SPILL", "SPILLOVER", "$COMP", "COMP"};
 
 std::vector<std::string_view> SplitAtCommas(std::string_view text) {
     std::vector<std::string_view> parts;
@@ -58,9 +61,14 @@ std::optional<std::size_t> FindChannel(const EventLayout& layout, const std::str
     return static_cast<std::size_t>(*number - 1);
 }
 
+bool IsSpilloverKeyword(const std::string& name) {
+    return std::find(KeywordsInOrder.begin(), KeywordsInOrder.end(), UpperCase(name)) !=
+           KeywordsInOrder.end();
+}
+
 std::optional<Spillover> ReadSpillover(const Keywords& keywords, const EventLayout& layout,
                                        Findings& findings) {
-    for (const char* keyword : {"$SPILLOVER", "SPILL", "SPILLOVER", "$COMP", "COMP"}) {
+    for (const char* keyword : KeywordsInOrder) {
         const std::string* text = keywords.Find(keyword);
         if (text == nullptr) continue;
         std::optional<Spillover> matrix = Parse(keyword, *text, layout);

@@ -25,6 +25,9 @@ constexpr const char* SpilloverKeywords = "$SPILLOVER, SPILL, SPILLOVER, $COMP o
 /// that name.
 std::optional<std::size_t> FindChannel(const EventLayout& layout, const std::string& name);
 
+/// Whether a keyword is one of those.
+bool IsSpilloverKeyword(const std::string& name);
+
 /// The matrix of $SPILLOVER, or of the SPILL, SPILLOVER, $COMP and COMP of older writers; none when there is
 /// none. Without names it is for all parameters. One that cannot be read is warned of and left out.
 std::optional<Spillover> ReadSpillover(const Keywords& keywords, const EventLayout& layout,

@@ -44,6 +44,9 @@ public:
     /// All events, compensated.
     std::vector<Orvane::EventSection*>& Events() { return compensated_.Sections(); }
 
+    /// Whether any of them differ from those of the file.
+    bool IsCompensated() const { return !compensation_.ChangesNothing(); }
+
     /// One population for every gate of the strategy, in its order.
     std::vector<GatedPopulation>& Populations() { return populations_; }
 

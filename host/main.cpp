@@ -107,8 +107,16 @@ void AddConvert(CLI::App& program, Host::ConvertOptions& options, int& status) {
     AddChoice(*command, "--order", options.format.littleEndian, ByteOrders, "little or big");
     AddChoice(*command, "--values", options.values, ValueKinds,
               "scale (amplification applied) or channel (as stored)");
+    CLI::Option* gates = AddAnalysis(*command, options.analysis);
+    CLI::Option* population = command->add_option("--population", options.analysis.population,
+                                                  "Write only the events of the population of this name");
+    population->needs(gates);
+    gates->needs(population);
     command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
-    command->callback([&] { status = Host::RunConvert(options); });
+    command->callback([&] {
+        RequireScaleValues(options.values, options.analysis);
+        status = Host::RunConvert(options);
+    });
 }
 
 int Run(int argc, char** argv) {

@@ -138,6 +138,44 @@ TEST_F(HostConvert, KeepsOtherKeywords) {
     EXPECT_EQ(ReadFile(again), text) << "a file may take its own place";
 }
 
+/// A matrix that has been used is gone, so that nobody uses it again; one that has not stays.
+TEST_F(HostConvert, CompensatesOnce) {
+    const std::string path = Write(FcsBuilder::Small().Set("Spill", "2,Par1,Par2,1,0.5,0,1"));
+    const std::string compensated = Convert(path);
+    EXPECT_NE(run_.out.find("; compensated"), std::string::npos) << run_.out;
+    ExpectSameStatistics(path, compensated);
+    EXPECT_EQ(Row(Stats(compensated), "Par2")["max"], 28.5);
+    EXPECT_EQ(ReadFile(compensated).find("Spill"), std::string::npos);
+    const std::string raw = Convert(path, {"--compensate", "none"});
+    ExpectSameStatistics(path, raw, {"--compensate", "none"});
+    ExpectSameStatistics(path, raw);
+}
+
+TEST_F(HostConvert, WritesOnePopulation) {
+    constexpr int Events = 140'000;
+    FcsBuilder builder('F', "1,2,3,4", {"32"}, Events);
+    for (int event = 0; event < Events; ++event)
+        builder.data += EncodeFloat(static_cast<float>(event));
+    const std::string path = Write(builder);
+    const std::string strategy = Path("gates.xml");
+    std::ofstream(strategy) << R"(<Gating-ML xmlns="http://www.isac-net.org/std/Gating-ML/v2.0/gating">)";
+    for (const char* gate :
+         {R"(id="some"><dimension min="65530" max="131073)", R"(id="none"><dimension max="0)"}) {
+        std::ofstream(strategy, std::ios::app)
+            << "<RectangleGate " << gate
+            << R"(" compensation-ref="uncompensated"><fcs-dimension name="Par1"/>)"
+            << "</dimension></RectangleGate>";
+    }
+    std::ofstream(strategy, std::ios::app) << "</Gating-ML>";
+    const std::string some = Convert(path, {"--gates", strategy, "--population", "some"});
+    EXPECT_EQ(DataOf(some), builder.data.substr(4 * 65530, 4 * (131073 - 65530)));
+    EXPECT_NE(run_.out.find("65543 of 140000, population some"), std::string::npos) << run_.out;
+    EXPECT_EQ(Stats(some)["events"], 65543);
+    EXPECT_EQ(Stats(Convert(path, {"--gates", strategy, "--population", "none"}))["events"], 0);
+    EXPECT_EQ(DataOf(Convert(path, {"--gates", strategy, "--population", "All"})), builder.data);
+    EXPECT_EQ(Run({"convert", path, some, "--gates", strategy, "--population", "more"}).status, 1);
+}
+
 TEST_F(HostConvert, WritesFilesWithoutEvents) {
     FcsBuilder builder('F', "1,2,3,4", {"32", "32"}, 0);
     builder.header[2] = builder.header[3] = "       0";
@@ -170,7 +208,11 @@ TEST_F(HostConvert, LeavesNothingBehindWhereItCannotWrite) {
     EXPECT_EQ(run.status, 1);
     EXPECT_NE(run.err.find("out.fcs cannot be written"), std::string::npos) << run.err;
     EXPECT_EQ(Run({"convert", path, Path(".")}).status, 1);
-    for (const Strings& wrong : std::vector<Strings>{{"--type", "A"}, {"--order", "middle"}, {"--type"}}) {
+    for (const Strings& wrong : std::vector<Strings>{{"--type", "A"},
+                                                     {"--order", "middle"},
+                                                     {"--population", "x"},
+                                                     {"--gates", "x.xml"},
+                                                     {"--values", "channel", "--compensate", "file"}}) {
         Strings command = {"convert", path, Path("out.fcs")};
         command.insert(command.end(), wrong.begin(), wrong.end());
         EXPECT_EQ(Run(command).status, 2);
