@@ -165,9 +165,8 @@ private:
         parameter.decades = decades;
         parameter.logOffset = offset;
         if (offset == 0) {
-            const std::string_view first = std::string_view(*fault.value).substr(0, fault.value->find(','));
             fault.expected = "a second number above 0";
-            findings_.Warn(fault, "it is taken as " + std::string(first) + ",1");
+            findings_.Warn(fault, "it is taken as " + Shortest(decades) + ",1");
             parameter.logOffset = 1;
         }
     }

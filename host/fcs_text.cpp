@@ -3,6 +3,7 @@
 #include <cctype>
 #include <utility>
 
+#include "display.h"
 #include "numbers.h"
 
 namespace Host {
@@ -137,7 +138,8 @@ void Keywords::Add(std::string_view keyword, std::string value, Findings& findin
     }
     const std::string& first = list_[place->second].value;
     if (first == value) return;
-    findings.Warn({std::string(keyword), value, "one value, \"" + first + "\""}, "the first is used");
+    findings.Warn({std::string(keyword), value, "one value, \"" + Excerpt(first) + "\""},
+                  "the first is used");
 }
 
 const std::string* Keywords::Find(std::string_view keyword) const {

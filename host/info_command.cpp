@@ -98,7 +98,7 @@ void Print(std::ostream& out, const std::string& path, const Description& descri
         << "TEXT         DATA " << Place(data.text) << '\n'
         << "DATA         " << LastByte(data) << ", as " << SourceName(data) << " says\n"
         << "data type    " << TypeName(file.layout) << '\n';
-    if (file.layout.byteOrder) out << "byte order   " << file.layout.byteOrder->Text() << '\n';
+    if (file.layout.byteOrder) out << "byte order   " << Printable(file.layout.byteOrder->Text()) << '\n';
     out << "events       " << data.events << '\n' << "parameters   " << file.layout.parameters.size() << '\n';
     PrintSpillover(out, file);
     PrintParameters(out, file.layout);

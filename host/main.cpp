@@ -3,7 +3,6 @@
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
-#include <exception>
 #include <map>
 #include <string>
 
@@ -11,6 +10,7 @@
 #include "gate_command.h"
 #include "info_command.h"
 #include "output.h"
+#include "parallel.h"
 #include "stats_command.h"
 
 namespace {
@@ -143,10 +143,8 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    try {
-        return Run(argc, argv);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "orvane: %s\n", error.what());
-        return Refused;
-    }
+    int status = Refused;
+    const std::string failure = Host::RunGuarded([&] { status = Run(argc, argv); });
+    if (!failure.empty()) std::fprintf(stderr, "orvane: %s\n", failure.c_str());
+    return status;
 }

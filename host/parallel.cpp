@@ -13,6 +13,20 @@
 #include "findings.h"
 
 namespace Host {
+namespace {
+
+std::string LibraryRefusal(const char* message) {
+    return std::string("the library refuses a call: ") + message;
+}
+
+/// The same for an exception that came as a pointer, which the catcher deletes.
+template <class Exception>
+std::string TakeOver(Exception* error) {
+    const std::unique_ptr<Exception> owner(error);
+    return LibraryRefusal(error->GetMessageException());
+}
+
+}  // namespace
 
 void RunParallel(std::size_t count, unsigned jobs, const std::function<void(std::size_t)>& work) {
     std::atomic<std::size_t> next{0};
@@ -21,8 +35,10 @@ void RunParallel(std::size_t count, unsigned jobs, const std::function<void(std:
             work(i);
     };
     std::vector<std::thread> threads;
+    const std::size_t wanted = std::min<std::size_t>(jobs, count);
+    threads.reserve(wanted);
     try {
-        while (threads.size() + 1 < std::min<std::size_t>(jobs, count))
+        while (threads.size() + 1 < wanted)
             threads.emplace_back(take);
     } catch (const std::system_error&) {
         // The system has no more threads; those that are there do the work.
@@ -41,6 +57,14 @@ std::string RunGuarded(const std::function<void()>& work) {
     } catch (Orvane::OutOfMemoryException* error) {
         const std::unique_ptr<Orvane::OutOfMemoryException> owner(error);
         return "there is not enough memory for its events";
+    } catch (Orvane::InvalidParameterException* error) {
+        return TakeOver(error);
+    } catch (Orvane::InvalidMemoryException* error) {
+        return TakeOver(error);
+    } catch (Orvane::RepeatFreeException* error) {
+        return TakeOver(error);
+    } catch (const char* message) {
+        return LibraryRefusal(message);
     } catch (const std::bad_alloc&) {
         return "there is not enough memory to read it";
     } catch (const std::exception& error) {

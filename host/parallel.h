@@ -22,7 +22,8 @@ struct Outcome {
 /// Runs work(0) to work(count - 1) on up to `jobs` threads.
 void RunParallel(std::size_t count, unsigned jobs, const std::function<void(std::size_t)>& work);
 
-/// Runs `work` and returns why it failed: a refusal, or memory that is short. Empty when it succeeded.
+/// Runs `work` and returns why it failed, whatever was thrown: a refusal, memory that is short, a call that
+/// the library refuses. Empty when it succeeded.
 std::string RunGuarded(const std::function<void()>& work);
 
 /// `work` for every index, as RunParallel and RunGuarded run it.

@@ -136,7 +136,7 @@ TEST_F(HostFcs, AppliesMaskAmplificationAndGain) {
     ExpectValues(scale, 1, {std::pow(10.0, 4.0 * 1023 / 1024), 10, 100});
     ExpectValues(scale, 2, {127.875, 32, 64});
     ASSERT_EQ(scale["warnings"].size(), 1U);
-    EXPECT_NE(scale["warnings"][0].get<std::string>().find("taken as 4.0,1"), std::string::npos);
+    EXPECT_NE(scale["warnings"][0].get<std::string>().find("taken as 4,1"), std::string::npos);
     const json channel = Stats(path, {"--values", "channel"});
     for (std::size_t p = 0; p < 3; ++p)
         ExpectValues(channel, p, {1023, 256, 512});
@@ -180,6 +180,19 @@ TEST_F(HostFcs, ReadsBeyondFourGibibytes) {
     std::ofstream(path, std::ios::binary | std::ios::app) << data;
     ExpectValues(Stats(path), 0, {1, 2, 3});
 }
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+TEST_F(HostFcs, SaysThatMemoryIsShort) {
+    FcsBuilder builder = FcsBuilder::Small().Set("$TOT", "500000000");
+    builder.header[3] = "       0";
+    builder.placesInText = false;
+    const std::string path = Write(builder);
+    std::filesystem::resize_file(path, 4000004096);
+    const HostRun run = Run({"stats", path}, "ulimit -v 300000; ");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "orvane: " + path + ": there is not enough memory for its events\n");
+}
+#endif
 
 /// A file with something irregular that can be read all the same.
 struct Irregular {
@@ -265,7 +278,8 @@ std::vector<Irregular> Irregularities() {
         {"a keyword without value", Changed([](auto& b) { b.textEnd = "X/"; }), "expected a value"},
         {"no last delimiter", Changed([](auto& b) { b.textEnd = "X/Y"; }), "expected a delimiter"},
         {"padding behind TEXT", Changed([](auto& b) { b.textEnd = "  \r\n "; }), ""},
-        {"two values of a keyword", Changed([](auto& b) { b.textEnd = "$PAR/7/"; }), "the first is used"},
+        {"two values of a keyword", Changed([](auto& b) { b.textEnd = "X/\xB5\x1b/X/7/"; }),
+         "X is \"7\", expected one value, \"\u00B5\\x1b\"; the first is used"},
         {"matrix with an unknown name", With("$SPILLOVER", "2,Par1,Nobody,1,0,0,1"), "Nobody"},
         {"matrix too short", With("SPILL", "2,Par1,Par2,1,0,0"), "the matrix is left out"},
         {"three data sets", WithThreeDataSets(), "2 more follow"},
@@ -318,6 +332,14 @@ FcsBuilder DataOnlyInHeader(const std::string& begin) {
     return WithHeader(2, begin, false);
 }
 
+/// What a cut after any number of bytes would tear apart.
+std::string LongText() {
+    std::string text(58, 'a');
+    while (text.size() < 300)
+        text += "\u00B5";
+    return text;
+}
+
 std::vector<Damaged> Damages() {
     const auto pdf = [](FcsBuilder& builder) { builder.version = "%PDF-1"; };
     const auto letter = [](FcsBuilder& builder) { builder.delimiter = 'P'; };
@@ -341,6 +363,7 @@ std::vector<Damaged> Damages() {
         {With("$PAR", "\x1b[31m"), R"($PAR is "\x1b[31m", expected)"},
         {With("$TOT", "3e0"), R"($TOT is "3e0", expected a whole number)"},
         {With("$MODE", "C"), R"($MODE is "C", expected L, list mode)"},
+        {With("$MODE", LongText()), "aaa\u00B5\u00B5...\", expected L"},
         {With("$DATATYPE", "X"), R"($DATATYPE is "X", expected I, F, D or A)"},
         {With("$P2DATATYPE", "I"), R"($P2DATATYPE is "I", expected F as in $DATATYPE)"},
         {Without("$BYTEORD"), "$BYTEORD is missing, expected an order of bytes"},

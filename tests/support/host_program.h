@@ -50,8 +50,9 @@ protected:
         return Path(name);
     }
 
-    HostRun Run(const std::vector<std::string>& arguments) const {
-        std::string command = ORVANE_HOST_PROGRAM;
+    /// `setup` is a shell command to run before the program.
+    HostRun Run(const std::vector<std::string>& arguments, const std::string& setup = "") const {
+        std::string command = setup + ORVANE_HOST_PROGRAM;
         for (const std::string& argument : arguments)
             command += " '" + argument + "'";
         command += " >" + Path("stdout") + " 2>" + Path("stderr") + " </dev/null";
