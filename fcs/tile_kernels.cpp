@@ -214,7 +214,7 @@ void ColumnsToRows(const EventRange& range, unsigned char* raw) {
 }
 
 TileCut CutIntoTiles(const EventRange& range) {
-    if (range.ParCount < Group) return {range.Count, 0, Stores::Cached};
+    if (range.ParCount < Group || range.Count <= 0) return {range.Count, 0, Stores::Cached};
     const std::ptrdiff_t border = BytesToLineBorder(range.Columns[0] + range.First);
     const auto agrees = [&](const float* column) {
         return BytesToLineBorder(column + range.First) == border;

@@ -7,19 +7,6 @@
 #include "sections/kernels.h"
 
 namespace Orvane {
-namespace {
-
-/// The sum of one number per section, in 32-bit arithmetic.
-template <class NumberOf>
-long Sum(const std::vector<FilterSection*>& sections, NumberOf numberOf) {
-    int sum = 0;
-    for (const FilterSection* section : sections) {
-        sum += numberOf(*section);
-    }
-    return sum;
-}
-
-}  // namespace
 
 long OVFilterSection::GetTotalCount(std::vector<FilterSection*>& sections) {
     return TotalCount(sections);
@@ -36,13 +23,13 @@ long OVFilterSection::GetTrueTotalCount(std::vector<FilterSection*>& a, std::vec
 }
 
 long OVFilterSection::GetTrueTotalCount(std::vector<FilterSection*>& sections) {
-    return Sum(sections, [](const FilterSection& section) { return section.TrueCount; });
+    return SumOver(sections, [](const FilterSection& section) { return section.TrueCount; });
 }
 
 long OVFilterSection::CalcListSectionTrueCount(std::vector<FilterSection*>& sections) {
     // Deliberate: the sections' TrueCount stays as it is.
-    return Sum(sections,
-               [](const FilterSection& section) { return CountBits(section.Flags, section.Count); });
+    return SumOver(sections,
+                   [](const FilterSection& section) { return CountBits(section.Flags, section.Count); });
 }
 
 bool OVFilterSection::GetValue(std::vector<FilterSection*>& sections, int index) {

@@ -165,6 +165,9 @@ ORVANE_KERNEL_INLINE int CountDeviationsBody(std::span<const float> values, floa
     return CountShown(values, DeviationFrom{centre}, limit);
 }
 ORVANE_MULTIVERSION(int, CountValues, (std::span<const float> values, float limit), (values, limit))
+ORVANE_MULTIVERSION(int, CountDeviations, (std::span<const float> values, float centre, float limit),
+                    (values, centre, limit))
+
 // One bit for each of up to 64 values, set when the value does not exceed `limit`: those from value i on.
 std::uint64_t AtMostMaskFrom(int i, const float* values, int count, float limit) {
     std::uint64_t mask = 0;
@@ -206,9 +209,6 @@ std::uint64_t AtMostMask(const float* values, int count, float limit) {
 #endif
     return AtMostMaskFrom(0, values, count, limit);
 }
-
-ORVANE_MULTIVERSION(int, CountDeviations, (std::span<const float> values, float centre, float limit),
-                    (values, centre, limit))
 
 }  // namespace
 

@@ -49,14 +49,20 @@ void ReleaseFromFirst(std::vector<Section*>& sections) {
     ReleaseFromLast(sections);
 }
 
+/// The sum of one number per section, `numberOf(section)`, in 32-bit arithmetic that wraps.
+template <class Section, class NumberOf>
+int SumOver(const std::vector<Section*>& sections, NumberOf numberOf) {
+    std::uint32_t sum = 0;
+    for (const Section* section : sections) {
+        sum += static_cast<std::uint32_t>(numberOf(*section));
+    }
+    return static_cast<int>(sum);
+}
+
 /// The sum of `Count`, in 32-bit arithmetic.
 template <class Section>
 int TotalCount(const std::vector<Section*>& sections) {
-    std::uint32_t total = 0;
-    for (const Section* section : sections) {
-        total += static_cast<std::uint32_t>(section->Count);
-    }
-    return static_cast<int>(total);
+    return SumOver(sections, [](const Section& section) { return section.Count; });
 }
 
 /// One event of a vector: its section and its position there. `Holder` is null when there is no such event.

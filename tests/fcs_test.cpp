@@ -447,6 +447,13 @@ TEST(FcsRules, DoesNothingWithoutSegmentsOrColumns) {
     segments.Pointers[0]->Count = 3;
     OVFCSWriteRead().WriteFCSData(segments.Pointers, withoutColumns, para);
     EXPECT_EQ(segments.Pointers[0]->Count, 3);
+
+    withoutColumns.Count = 0;  // for no events, no column is looked at
+    for (const auto& layout : {Layout{"", 1, 2, 16, Ones}, Layout{"", 3, 8, 64, None}}) {
+        Para wide(layout, 4, true);
+        OVFCSWriteRead().WriteFCSData(segments.Pointers, withoutColumns, wide);
+        EXPECT_EQ(segments.Pointers[0]->Count, 0);
+    }
 }
 
 TEST(FcsParaLifecycle, SharesItsTableWithCopiesUntilItIsReplaced) {
