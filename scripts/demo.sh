@@ -14,6 +14,7 @@ out=build/demo
 mkdir -p "$out"
 if [ -z "$file" ]; then
     file=$out/sample.fcs
+    strategy=examples/strategy.xml
     "$programs/make_sample" "$file"
 fi
 
@@ -23,7 +24,14 @@ echo
 "$programs/orvane" stats "$file" --format csv -o "$out/statistics.csv"
 "$programs/orvane" stats "$file" --format json -o "$out/statistics.json"
 
+if [ -n "${strategy:-}" ]; then
+    echo
+    "$programs/orvane" gate "$file" --gates "$strategy"
+    "$programs/orvane" stats "$file" --gates "$strategy" --format csv -o "$out/populations.csv"
+fi
+
 echo
-echo "The same statistics as tables for other programs:"
+echo "As tables for other programs:"
 echo "  $PWD/$out/statistics.csv"
 echo "  $PWD/$out/statistics.json"
+if [ -n "${strategy:-}" ]; then echo "  $PWD/$out/populations.csv"; fi
