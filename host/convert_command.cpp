@@ -34,23 +34,28 @@ GatedPopulation* ChoosePopulation(GatedSample& sample, const std::string& name) 
     return nullptr;
 }
 
-/// The events of one section that belong to a population, packed into sections of their own.
-class Extract {
+/// Takes the events of a population out of one section after another.
+class Extraction {
 public:
-    Extract(Orvane::EventSection* events, Orvane::FilterSection* members) {
+    Extraction() = default;
+    Extraction(const Extraction&) = delete;
+    Extraction& operator=(const Extraction&) = delete;
+    ~Extraction() { Release(); }
+
+    /// Those of `events`, packed. They are there until the next call.
+    std::vector<Orvane::EventSection*>& Take(Orvane::EventSection* events, Orvane::FilterSection* members) {
+        Release();
         std::vector<Orvane::EventSection*> source{events};
         std::vector<Orvane::FilterSection*> filter{members};
         std::vector<int> signals(static_cast<std::size_t>(events->SignalCount));
         std::iota(signals.begin(), signals.end(), 0);
         Orvane::OVEventSection().ExtractEventSection(sections_, source, filter, signals);
+        return sections_;
     }
-    Extract(const Extract&) = delete;
-    Extract& operator=(const Extract&) = delete;
-    ~Extract() { Orvane::OVEventSection().ReleaseVectorSection(sections_); }
-
-    std::vector<Orvane::EventSection*>& Sections() { return sections_; }
 
 private:
+    void Release() { Orvane::OVEventSection().ReleaseVectorSection(sections_); }
+
     std::vector<Orvane::EventSection*> sections_;
 };
 
@@ -64,9 +69,9 @@ void WriteAll(std::vector<Orvane::EventSection*>& sections, FcsWriter& writer, C
 void WriteEvents(GatedSample& sample, GatedPopulation* population, FcsWriter& writer,
                  ClippingCounter& clipping) {
     if (population == nullptr) return WriteAll(sample.Events(), writer, clipping);
+    Extraction extraction;
     for (std::size_t i = 0; i < sample.Events().size(); ++i) {
-        Extract extract(sample.Events()[i], population->members.Sections()[i]);
-        WriteAll(extract.Sections(), writer, clipping);
+        WriteAll(extraction.Take(sample.Events()[i], population->members.Sections()[i]), writer, clipping);
     }
 }
 

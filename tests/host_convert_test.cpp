@@ -168,7 +168,7 @@ TEST_F(HostConvert, WritesOnePopulation) {
     }
     std::ofstream(strategy, std::ios::app) << "</Gating-ML>";
     const std::string some = Convert(path, {"--gates", strategy, "--population", "some"});
-    EXPECT_EQ(DataOf(some), builder.data.substr(4 * 65530, 4 * (131073 - 65530)));
+    EXPECT_EQ(DataOf(some), builder.data.substr(std::size_t{4} * 65530, std::size_t{4} * 65543));
     EXPECT_NE(run_.out.find("65543 of 140000, population some"), std::string::npos) << run_.out;
     EXPECT_EQ(Stats(some)["events"], 65543);
     EXPECT_EQ(Stats(Convert(path, {"--gates", strategy, "--population", "none"}))["events"], 0);
