@@ -56,6 +56,10 @@ CellGrid PolygonGrid::View() const {
     return {x_, y_, size_, states_.data(), few_.data(), rowStarts_.data(), rowEdges_.data(), edges_.data()};
 }
 
+std::size_t PolygonGrid::CellAt(int row, int column) const {
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(size_) + static_cast<std::size_t>(column);
+}
+
 float PolygonGrid::HeightBelow(int row) const {
     if (row == 0) return rect_.MinY;
     float height = rect_.MinY + static_cast<float>(row) / y_.CellsPerUnit;
@@ -105,25 +109,20 @@ void PolygonGrid::EnterEdge(int index) {
     const int last = y_.CellOf(edge.MaxY);
     for (int row = first; row <= last; ++row) {
         const Columns columns = ColumnsOf(edge, row);
-        EnterRow(index, row, columns);
+        for (int column = columns.First; column <= columns.Last; ++column)
+            AddToCell(CellAt(row, column), index);
         if (row == first) ends_.push_back({edge.MinY, columns.First});
         if (row == last) ends_.push_back({edge.MaxY, columns.First});
-        // Until SumParities, Inside marks where an odd number of edges that enter the row from below begin.
-        const int cell = row * size_ + columns.First - 1;
-        if (row > first && columns.First > 0) states_[static_cast<std::size_t>(cell)] ^= CellGrid::Inside;
+        // Until SumParities, Inside marks the last of the columns before an odd number of edges that enter
+        // the row from below.
+        if (row > first && columns.First > 0) states_[CellAt(row, columns.First - 1)] ^= CellGrid::Inside;
     }
 }
 
-void PolygonGrid::EnterRow(int index, int row, Columns columns) {
-    for (int column = columns.First; column <= columns.Last; ++column)
-        AddToCell(row * size_ + column, index);
-}
-
-void PolygonGrid::AddToCell(int cell, int index) {
-    const auto at = static_cast<std::size_t>(cell);
-    const std::uint16_t none = static_cast<std::uint16_t>(edges_.size() - 1);
-    CellGrid::FewEdges& few = few_[at];
-    states_[at] |= CellGrid::Undecided;
+void PolygonGrid::AddToCell(std::size_t cell, int index) {
+    const auto none = static_cast<std::uint16_t>(edges_.size() - 1);
+    CellGrid::FewEdges& few = few_[cell];
+    states_[cell] |= CellGrid::Undecided;
     if (few.Index[0] == CellGrid::Many) return;
     auto* free = std::find(std::begin(few.Index), std::end(few.Index), none);
     if (free == std::end(few.Index)) {
@@ -158,9 +157,9 @@ void PolygonGrid::MarkUneven() {
 
 void PolygonGrid::MarkBetween(int row, int from, int to) {
     for (int column = from; column < to; ++column) {
-        const auto at = static_cast<std::size_t>(row * size_ + column);
-        states_[at] |= CellGrid::Undecided;
-        few_[at].Index[0] = CellGrid::Many;
+        const std::size_t cell = CellAt(row, column);
+        states_[cell] |= CellGrid::Undecided;
+        few_[cell].Index[0] = CellGrid::Many;
     }
 }
 

@@ -48,11 +48,11 @@ private:
 
     void ListRows();
     void EnterEdge(int index);
-    void EnterRow(int index, int row, Columns columns);
-    void AddToCell(int cell, int index);
+    void AddToCell(std::size_t cell, int index);
     void SumParities();
     void MarkUneven();
     void MarkBetween(int row, int from, int to);
+    std::size_t CellAt(int row, int column) const;
     float HeightBelow(int row) const;
     float HeightAbove(int row) const;
     Columns ColumnsOf(const OVPloygonEigenValue& edge, int row) const;

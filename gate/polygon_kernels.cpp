@@ -155,7 +155,8 @@ void FileByGrid(const OVRect& rect, const CellGrid& grid, const float* x, const 
         for (int w = 0; 32 * w < events; ++w) {
             const int first = start + 32 * w;
             if (wanted[w] == 0) continue;
-            out[w] |= ResolveCells(grid, cells.data() + 32 * w, wanted[w], x + first, y + first);
+            out[w] |=
+                ResolveCells(grid, &cells[static_cast<std::size_t>(32) * w], wanted[w], x + first, y + first);
         }
     }
 }

@@ -8,6 +8,8 @@
 
 #include <orvane/OVPloygon.h>
 
+#include "foundation/instruction_set.h"
+
 namespace Orvane {
 
 /// Cells along one axis of a grid: [min, max] in `count` equal parts.
@@ -20,7 +22,7 @@ struct CellAxis {
     float Last;  ///< the number of the last cell
 
     /// From 0 to Last for every value, NaN included.
-    int CellOf(float value) const {
+    ORVANE_KERNEL_INLINE int CellOf(float value) const {
         float cell = (value - Min) * CellsPerUnit;
         cell = cell > 0.0F ? cell : 0.0F;
         cell = cell < Last ? cell : Last;

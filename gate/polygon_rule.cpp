@@ -16,12 +16,11 @@ bool CanBeCrossed(const OVPloygonEigenValue& edge) {
 
 }  // namespace
 
-PolygonRule::Method PolygonRule::MethodFor(std::int64_t events, int vertices) {
-    constexpr std::int64_t WorthSmallGrid = 100'000;
-    constexpr std::int64_t WorthLargeGrid = 4'000'000;
-    const std::int64_t work = events * vertices;
-    if (work < WorthSmallGrid) return EveryEdge;
-    return {work < WorthLargeGrid ? 64 : 128};
+PolygonRule::Method PolygonRule::MethodFor(int events, int vertices) {
+    // A grid of 32 takes a few microseconds, each larger one some three times as long as the one before.
+    if (std::int64_t{events} * vertices < 5'000) return EveryEdge;
+    if (events < 8'000) return {32};
+    return {events < 50'000 ? 64 : 128};
 }
 
 PolygonRule::PolygonRule(const OVPoint* vertices, int count, Method method)

@@ -22,8 +22,8 @@ public:
         int GridSize;  ///< 0 for every edge
     };
     static constexpr Method EveryEdge{0};
-    /// What is fastest.
-    static Method MethodFor(std::int64_t events, int vertices);
+    /// The fastest.
+    static Method MethodFor(int events, int vertices);
 
     /// Of `count` vertices, the first of which must exist. Throws std::bad_alloc.
     PolygonRule(const OVPoint* vertices, int count, Method method);

@@ -53,8 +53,8 @@ ORVANE_KERNEL_INLINE void Add(const std::array<std::uint32_t, Regions>& words, i
 
 template <class Rule, std::size_t Regions>
 void FileBaseline(Rule rule, const float* x, const float* y, int words, const RegionWords<Regions>& out) {
-    for (int w = 0; w < words; ++w) {
-        Add(rule.Of(SidesBaseline(x + 32 * w, rule.X), SidesBaseline(y + 32 * w, rule.Y)), w, out);
+    for (int w = 0; w < words; ++w, x += 32, y += 32) {
+        Add(rule.Of(SidesBaseline(x, rule.X), SidesBaseline(y, rule.Y)), w, out);
     }
 }
 
@@ -63,16 +63,16 @@ void FileBaseline(Rule rule, const float* x, const float* y, int words, const Re
 template <class Rule, std::size_t Regions>
 ORVANE_TARGET_AVX2 void FileAvx2(Rule rule, const float* x, const float* y, int words,
                                  const RegionWords<Regions>& out) {
-    for (int w = 0; w < words; ++w) {
-        Add(rule.Of(SidesAvx2(x + 32 * w, rule.X), SidesAvx2(y + 32 * w, rule.Y)), w, out);
+    for (int w = 0; w < words; ++w, x += 32, y += 32) {
+        Add(rule.Of(SidesAvx2(x, rule.X), SidesAvx2(y, rule.Y)), w, out);
     }
 }
 
 template <class Rule, std::size_t Regions>
 ORVANE_TARGET_AVX512 void FileAvx512(Rule rule, const float* x, const float* y, int words,
                                      const RegionWords<Regions>& out) {
-    for (int w = 0; w < words; ++w) {
-        Add(rule.Of(SidesAvx512(x + 32 * w, rule.X), SidesAvx512(y + 32 * w, rule.Y)), w, out);
+    for (int w = 0; w < words; ++w, x += 32, y += 32) {
+        Add(rule.Of(SidesAvx512(x, rule.X), SidesAvx512(y, rule.Y)), w, out);
     }
 }
 
