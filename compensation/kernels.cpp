@@ -171,11 +171,11 @@ constexpr int Stretch = 64;
 
 ORVANE_KERNEL_INLINE void ScaleStretch(const float* column, int count, double diagonal, double offset,
                                        float* scaled) {
-    float results[Stretch];
+    double results[Stretch];
     for (int e = 0; e < count; ++e)
-        results[e] = static_cast<float>(static_cast<double>(column[e]) * diagonal + offset);
+        results[e] = static_cast<double>(column[e]) * diagonal + offset;
     for (int e = 0; e < count; ++e)
-        scaled[e] = results[e];
+        scaled[e] = static_cast<float>(results[e]);
 }
 
 ORVANE_KERNEL_INLINE void ScaleColumnBody(const float* column, int events, double diagonal, double offset,

@@ -31,7 +31,7 @@ struct CompensationRow {
     float* Corrected;
 };
 
-/// Workspace for one channel. Lanes beyond the last event are computed with as well, so make it zeros.
+/// Workspace for one channel.
 struct alignas(64) StagedChannel {
     double Values[CompensationBlock];
     double Differences[CompensationBlock];

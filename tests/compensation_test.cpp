@@ -43,12 +43,12 @@ struct Section : EventSection {
     ~Section() { Release(); }
 };
 
-/// Every column to the end, as bits.
-std::vector<std::vector<std::uint32_t>> Content(const EventSection& section) {
-    std::vector<std::vector<std::uint32_t>> content;
+/// All columns to the end, as bits.
+std::vector<std::uint32_t> Content(const EventSection& section) {
+    Floats values;
     for (int s = 0; s < section.SignalCount; ++s)
-        content.push_back(Bits(Floats(section[s], section[s] + section.Capacity)));
-    return content;
+        values.insert(values.end(), section[s], section[s] + section.Capacity);
+    return Bits(values);
 }
 
 /// The description, word by word.

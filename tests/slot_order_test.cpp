@@ -13,6 +13,7 @@
 #include <orvane/OVCoordinateTransformerX.h>
 #include <orvane/OVCoordinateTransformerY.h>
 #include <orvane/OVCountSection.h>
+#include <orvane/OVCustomSignal.h>
 #include <orvane/OVEventSection.h>
 #include <orvane/OVFCSWriteRead.h>
 #include <orvane/OVFilter.h>
@@ -24,6 +25,8 @@
 #include <orvane/OVSignalSection.h>
 #include <orvane/OVStatisticsSignalSection.h>
 #include <orvane/SectionUtility.h>
+
+#include "tests/support/custom_signals.h"
 
 namespace Orvane {
 namespace {
@@ -221,6 +224,12 @@ TEST(SlotOrder, CoordinateTransformers) {
 TEST(SlotOrder, Compensation) {
     using I = IOVCompensation;
     ExpectSlotsFromOne<I>(&I::CalcCompensation, &I::CalcCompensation_Section);
+}
+
+TEST(SlotOrder, CustomSignal) {
+    using I = IOVCustomSignal;
+    ExpectSlotsFromOne<I>(ORVANE_CUSTOM_SIGNALS(A, B), ORVANE_CUSTOM_SIGNALS(E, B),
+                          ORVANE_CUSTOM_SIGNALS(A, E), ORVANE_CUSTOM_SIGNALS(E, E));
 }
 
 /// Brings the private operations, whose slots are as fixed as the others, into the open.

@@ -1,0 +1,136 @@
+// All sixty-four custom signals against one formula that reads operators and operands off the slot.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <climits>
+#include <limits>
+
+#include <orvane/OVCustomSignal.h>
+
+#include "tests/support/awkward.h"
+#include "tests/support/custom_signals.h"
+#include "tests/support/instruction_sets.h"
+#include "tests/support/pool.h"
+#include "tests/support/population.h"
+
+namespace Orvane {
+namespace {
+
+using namespace Testing;
+using I = IOVCustomSignal;
+
+enum Group { ColumnColumn, ConstantColumn, ColumnConstant, ConstantConstant };
+constexpr int Slots = 64;
+
+/// Calls the operation of a slot, counted from 0; `a` and `b` are columns.
+void Calc(int slot, I::Events& sections, int target, int a, int b, int e, float c) {
+    static constexpr std::array TwoOperands{ORVANE_CUSTOM_SIGNALS(A, B), ORVANE_CUSTOM_SIGNALS(E, B),
+                                            ORVANE_CUSTOM_SIGNALS(A, E)};
+    static constexpr std::array OneConstant{ORVANE_CUSTOM_SIGNALS(E, E)};
+    OVCustomSignal signals;
+    I& interface = signals;
+    const int group = slot / 16;
+    const auto index = static_cast<std::size_t>(slot);
+    if (group == ConstantConstant) return (interface.*OneConstant[index - 48])(sections, target, e, c);
+    const int x = group == ConstantColumn ? e : a;
+    const int y = group == ColumnConstant ? e : b;
+    (interface.*TwoOperands[index])(sections, target, x, y, c);
+}
+
+double Apply(char step, double left, double right) {
+    if (step == '+') return left + right;
+    if (step == '-') return left - right;
+    return step == '*' ? left * right : left / right;
+}
+
+float Expected(int slot, float a, float b, int e, float c) {
+    const int group = slot / 16;
+    const char first = "+-*/"[slot % 4];
+    const std::size_t second = static_cast<std::size_t>(slot) / 4 % 4;
+    if (group == ConstantConstant && first == '-') return std::array{0.0F, 0.0F, c, -c}[second];
+    if (group == ConstantConstant && first == '/') return std::array{c, 1.0F / c, c + 1.0F, 1.0F - c}[second];
+    const double x = group == ColumnColumn || group == ColumnConstant ? static_cast<double>(a) : e;
+    const double y = group == ColumnColumn || group == ConstantColumn ? static_cast<double>(b) : e;
+    return static_cast<float>(Apply("*/+-"[second], Apply(first, x, y), static_cast<double>(c)));
+}
+
+/// Sections of three columns with different numbers of events.
+struct Sections {
+    static constexpr int Capacity = 1056;
+
+    Sections() {
+        for (const int count : {0, 1, 513, Capacity - 1}) {
+            Events.push_back(new EventSection);
+            Events.back()->Initial(3);
+            Events.back()->Count = count;
+        }
+    }
+    Sections(const Sections&) = delete;
+    Sections& operator=(const Sections&) = delete;
+    ~Sections() {
+        for (EventSection* section : Events) {
+            section->Release();
+            delete section;
+        }
+    }
+
+    I::Events Events;
+};
+
+class CustomSignals : public ::testing::TestWithParam<InstructionSet> {
+    const ScopedInstructionSet forced_{GetParam()};
+};
+
+TEST_P(CustomSignals, GiveTheBitsOfTheFormulaInEverySlotAndMayOverwriteTheirOperands) {
+    struct {
+        int E;
+        float C;
+    } constexpr Constants[] = {
+        {0, 2.5F}, {3, -0.0F}, {-7, std::numeric_limits<float>::quiet_NaN()}, {INT_MAX, 1e-30F}};
+    const SmallPool pool(Sections::Capacity);
+    Sections sections;
+    const std::array<Floats, 3> columns{RandomFloats(Sections::Capacity, 1),
+                                        RandomFloats(Sections::Capacity, 2), Floats(Sections::Capacity, 7)};
+    for (int i = 0; i < 4 * Slots; ++i) {
+        const auto [e, c] = Constants[i % 4];
+        const int slot = i / 4;
+        const int target = i % 3;
+        SCOPED_TRACE(::testing::Message()
+                     << "slot " << slot + 1 << ", target " << target << ", constant " << e);
+        for (const EventSection* section : sections.Events)
+            for (int s = 0; s < 3; ++s)
+                std::copy_n(columns[static_cast<std::size_t>(s)].begin(), Sections::Capacity, (*section)[s]);
+        Calc(slot, sections.Events, target, 0, 1, e, c);
+        for (const EventSection* section : sections.Events) {
+            std::array<Floats, 3> expected = columns;
+            for (int event = 0; event < section->Count; ++event) {
+                const auto at = static_cast<std::size_t>(event);
+                expected[static_cast<std::size_t>(target)][at] =
+                    Expected(slot, columns[0][at], columns[1][at], e, c);
+            }
+            for (std::size_t s = 0; s < 3; ++s) {
+                const float* column = (*section)[static_cast<int>(s)];
+                ASSERT_EQ(Bits(Floats(column, column + Sections::Capacity)), Bits(expected[s])) << s;
+            }
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Sets, CustomSignals, ::testing::ValuesIn(AvailableInstructionSets()));
+
+TEST(CustomSignal, TakesTheFirstStepFirstWithTheFirstOperandOnTheLeft) {
+    const SmallPool pool(Sections::Capacity);
+    Sections sections;
+    OVCustomSignal signals;
+    float* const* columns = sections.Events[1]->Signals;
+    columns[0][0] = 1.0F;
+    columns[1][0] = 4.0F;
+    signals.CalcSignalValue_A_ADD_B_MUL_C(sections.Events, 2, 0, 1, 3.0F);
+    EXPECT_EQ(columns[2][0], 15.0F);
+    signals.CalcSignalValue_E_SUB_B_MUL_C(sections.Events, 2, 10, 1, 0.5F);
+    EXPECT_EQ(columns[2][0], 3.0F);
+}
+
+}  // namespace
+}  // namespace Orvane
