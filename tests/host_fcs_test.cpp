@@ -103,23 +103,19 @@ TEST_F(HostFcs, ReadsFloatsAndDoublesInTheirByteOrders) {
 }
 
 TEST_F(HostFcs, ReadsEveryFormOfAscii) {
-    struct Form {
-        Strings widths;
-        std::string data;
-    };
-    for (const Form& form : std::vector<Form>{
+    for (const auto& [widths, data] : std::vector<std::pair<Strings, std::string>>{
              {{"4", "4"}, "004200070043000800440009"},
              {{"4", "3"}, "  42  7  43  8  44  9"},
              {{"12", "1"}, "000000000042700000000004380000000000449"},
              {{"4", "3"}, "42  7  43  8  44  9  "},
              {{"*", "*"},
               "42 7\r\n43,8\t44  ,0000000000000000000000000000000000000000000000000000000000000000009"}}) {
-        FcsBuilder builder('A', "", form.widths, 3);
-        builder.data = form.data;
+        FcsBuilder builder('A', "", widths, 3);
+        builder.data = data;
         const json file = Stats(Write(builder));
         ExpectValues(file, 0, {42, 43, 44});
         ExpectValues(file, 1, {7, 8, 9});
-        EXPECT_TRUE(file["warnings"].empty()) << form.data;
+        EXPECT_TRUE(file["warnings"].empty()) << data;
     }
 }
 
@@ -356,7 +352,6 @@ std::vector<Damaged> Damages() {
         {DataOnlyInHeader("   50000"), R"(HEADER begin of DATA is "50000", expected a byte of the file)"},
         {With("$BEGINDATA", "abc"), R"($BEGINDATA is "abc", expected a whole number)"},
         {Without("$PAR"), "$PAR is missing, expected the number of parameters"},
-        {With("$PAR", "two"), R"($PAR is "two", expected a number of parameters)"},
         {With("$PAR", "0"), R"($PAR is "0", expected a number of parameters)"},
         {With("$PAR", "4000000000"), R"($PAR is "4000000000", expected a number of parameters that TEXT)"},
         {With("$PAR", "3"), "$P3B is missing, expected 32 bits"},
@@ -371,16 +366,13 @@ std::vector<Damaged> Damages() {
         {With("$BYTEORD", "1,3,2"), R"($BYTEORD is "1,3,2", expected the order of 4 bytes)"},
         {With("$P1B", "16"), R"($P1B is "16", expected 32 bits)"},
         {Integers("$P2B", "4294967312"), R"($P2B is "4294967312", expected 8, 16, 24 or 32 bits)"},
-        {Integers("$P1B", "10"), R"($P1B is "10", expected 8, 16, 24 or 32 bits)"},
         {Integers("$P1R", "-5"), R"($P1R is "-5", expected a number of at least 0)"},
         {Integers("$P1R", "1024 channels"), R"($P1R is "1024 channels", expected a number)"},
         {Integers("$P1E", "4"), R"($P1E is "4", expected two numbers of at least 0, such as 0,0 or 4,1)"},
         {Integers("$P1E", "4,1").Set("$P1R", "0"), R"($P1E is "4,1", expected 0,0 where the range is 0)"},
-        {With("$P2G", "a lot"), R"($P2G is "a lot", expected a number above 0)"},
         {With("$P2G", "inf"), R"($P2G is "inf", expected a number above 0)"},
         {Ascii({"4", "4"}, "004200x7"),
          R"(DATA value of parameter 2 in event 1 is "00x7", expected a whole number)"},
-        {Ascii({"4", "4"}, "  -20007"), R"(parameter 1 in event 1 is "  -2", expected a whole number)"},
         {Ascii({"*", "*"}, "1 2147483648"), R"(is "2147483648", expected a whole number up to 2147483647)"},
         {Ascii({"2", "2"}, "12  "), R"(parameter 2 in event 1 is "  ", expected a whole number)"},
         {Ascii({"2", "*"}, "1234"), R"($P2B is "*", expected a number of characters)"},

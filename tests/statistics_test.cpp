@@ -2,7 +2,7 @@
 // form, copies against models.
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <iterator>
 #include <limits>
 
 #include <orvane/OVStatisticsSignalSection.h>
@@ -31,6 +31,19 @@ Floats RangeOf(const Floats& values) {
     for (const float value : values)
         range = {std::min(range[0], value), std::max(range[1], value)};
     return range;
+}
+
+/// The sum of every section in order, added to that of the ones before.
+template <class Term>
+double SumInSections(const Sample& sample, Term term) {
+    double total = 0;
+    for (const SignalSection* section : sample.Sections) {
+        double partial = 0;
+        for (int i = 0; i < section->Count; ++i)
+            partial += term(section->Values[i]);
+        total += partial;
+    }
+    return total;
 }
 
 class Statistics : public ::testing::TestWithParam<InstructionSet> {
@@ -72,21 +85,10 @@ TEST_P(Statistics, OfMomentsFollowTheirFormulas) {
     for (const int count : {0, 1, 2, 65, 97, 98, 500, 3000}) {
         SCOPED_TRACE(count);
         Sample sample(FiniteFloats(count, 11));
-        double total = 0;
-        for (const SignalSection* section : sample.Sections) {
-            double partial = 0;
-            for (int i = 0; i < section->Count; ++i)
-                partial += section->Values[i];
-            total += partial;
-        }
+        const double total = SumInSections(sample, [](float x) -> double { return x; });
         const auto mean = static_cast<float>(total / count);
-        double squares = 0;
-        for (const SignalSection* section : sample.Sections) {
-            double partial = 0;
-            for (int i = 0; i < section->Count; ++i)
-                partial += static_cast<double>(section->Values[i] - mean) * (section->Values[i] - mean);
-            squares += partial;
-        }
+        const double squares =
+            SumInSections(sample, [mean](float x) { return static_cast<double>(x - mean) * (x - mean); });
         const float sd = count == 1 ? 0.0F : static_cast<float>(std::sqrt(squares / (count - 1)));
         // Floats would hide most changes of order.
         EXPECT_EQ(SumOf(Population(sample.Sections)).Sum, total);
@@ -132,96 +134,63 @@ TEST_P(Statistics, OfRangesDifferInWhatTheyPassOver) {
     EXPECT_EQ(range, (Floats{2, 5}));
 }
 
-/// What an operation yields: its numbers, then the values of the vector that it fills.
-using Operation = std::function<void(Sample&, Gate*, Floats&, Signals&)>;
+/// What the operations with a gated form yield.
+struct Yield {
+    Floats Numbers;
+    OwnedSignals Copy, Picks, Virtual;
+};
 
-/// `run` takes the numbers, the vector, and the population: sections alone, or sections and filters.
-template <class Run>
-Operation PlainOrGated(Run run) {
-    return [run](Sample& sample, Gate* gate, Floats& numbers, Signals& out) {
-        if (gate != nullptr) {
-            run(numbers, out, sample.Sections, gate->Sections);
-        } else {
-            run(numbers, out, sample.Sections);
-        }
+/// Runs all of them on a population: sections alone, or sections and filters.
+template <class... Population>
+void RunAll(Yield& yield, Population&... population) {
+    int counts[3] = {};
+    float r[13] = {};
+    double offsets[] = {0.5, -1.5, 3};
+    OVSignalStatistics row;
+    OVSignalStatistics peak;
+    r[0] = statistics.Average(population..., counts[0], r[1], r[2]);
+    r[3] = statistics.Average(population..., counts[1]);
+    statistics.FindMinMax(population..., r[4], r[5]);
+    const bool results[] = {
+        statistics.CalcStatistic_ActualMinMax(population..., r[6], r[7]),
+        statistics.CalcStatistic_RealMinMax(population..., r[8], r[9]),
+        statistics.CalcStatistic_AverageCVSD(population..., r[10], r[11], r[12]),
+        statistics.CalcStatistic_MorePara(population..., row),
+        statistics.CalcStatistic_MoreParaQC(population..., 2.5F, peak, counts[2]),
+        statistics.CalcStatistic_Average_Median(population..., r[1], r[2]),
     };
-}
-
-std::vector<Operation> GatedOperations() {
-    return {
-        PlainOrGated([](Floats& n, Signals&, auto&... population) {
-            int count = 0;
-            n.resize(3);
-            n[0] = statistics.Average(population..., count, n[1], n[2]);
-            n.insert(n.end(), {static_cast<float>(count), statistics.Average(population..., count)});
-        }),
-        PlainOrGated([](Floats& n, Signals&, auto&... population) {
-            n = {statistics.SD(population...), statistics.SD(population..., 3.5F),
-                 statistics.CV(population...), statistics.CalcRSDForQC(population...)};
-        }),
-        PlainOrGated([](Floats& n, Signals&, auto&... population) {
-            n = {1, 2, 0, 0, 0, 0};
-            statistics.FindMinMax(population..., n[0], n[1]);
-            statistics.CalcStatistic_ActualMinMax(population..., n[2], n[3]);
-            statistics.CalcStatistic_RealMinMax(population..., n[4], n[5]);
-        }),
-        PlainOrGated([](Floats& n, Signals&, auto&... population) {
-            n.resize(7);
-            n[5] = statistics.CalcStatistic_Average_Median(population..., n[0], n[1]) ? 1.0F : 0.0F;
-            n[6] = statistics.CalcStatistic_AverageCVSD(population..., n[2], n[3], n[4]) ? 1.0F : 0.0F;
-        }),
-        PlainOrGated([](Floats& n, Signals&, auto&... population) {
-            OVSignalStatistics r;
-            statistics.CalcStatistic_MorePara(population..., r);
-            n = {static_cast<float>(r.Count),
-                 r.Min,
-                 r.Max,
-                 r.Average,
-                 r.Median,
-                 r.SD,
-                 r.CV,
-                 r.RobustSD,
-                 r.RobustCV};
-        }),
-        PlainOrGated([](Floats& n, Signals&, auto&... population) {
-            OVSignalStatistics r;
-            int rejected = 0;
-            statistics.CalcStatistic_MoreParaQC(population..., 2.5F, r, rejected);
-            n = {static_cast<float>(rejected), static_cast<float>(r.Count), r.Average, r.RobustSD};
-        }),
-        PlainOrGated([](Floats&, Signals& out, auto&... population) {
-            statistics.BackupSignalSection(population..., out);
-        }),
-        PlainOrGated([](Floats&, Signals& out, auto&... population) {
-            statistics.GetRandomDatas(population..., 30, 5U, out);
-        }),
-        PlainOrGated([](Floats&, Signals& out, auto&... population) {
-            double offsets[] = {0.5, -1.5, 3};
-            statistics.GenerateVirtualVectorSignalSection(population..., offsets, 3, out);
-        }),
-    };
+    yield.Numbers.assign(std::begin(r), std::end(r));
+    for (const OVSignalStatistics& s : {row, peak})
+        yield.Numbers.insert(yield.Numbers.end(), {static_cast<float>(s.Count), s.Min, s.Max, s.Average,
+                                                   s.Median, s.SD, s.CV, s.RobustSD, s.RobustCV});
+    yield.Numbers.insert(yield.Numbers.end(), std::begin(counts), std::end(counts));
+    yield.Numbers.insert(yield.Numbers.end(), std::begin(results), std::end(results));
+    statistics.BackupSignalSection(population..., yield.Copy.Sections);
+    statistics.GetRandomDatas(population..., 30, 5U, yield.Picks.Sections);
+    statistics.GenerateVirtualVectorSignalSection(population..., offsets, 3, yield.Virtual.Sections);
+    yield.Numbers.insert(yield.Numbers.end(),
+                         {statistics.SD(population...), statistics.SD(population..., 3.5F),
+                          statistics.CV(population...), statistics.CalcRSDForQC(population...)});
 }
 
 TEST_P(Statistics, OfAGateAreThoseOfItsExtractedValues) {
     for (const int count : {0, 1, 100, 3000, 20000}) {
         for (const unsigned density : {0U, 1U, 5U, 8U}) {
+            SCOPED_TRACE(::testing::Message() << count << " values, density " << density);
             const Floats values = count == 3000 ? RandomFloats(count, 4) : FiniteFloats(count, 4);
             Sample sample(values);
             Gate gate(sample.Sections, 9, density);
-            Sample packed(gate.Passing(sample.Sections), Sample::Cut::Packed);
+            Sample packed(gate.Passing(values), Sample::Cut::Packed);
             const Total sum = SumOf(Population(sample.Sections, gate.Sections));
             EXPECT_TRUE(std::isnan(sum.Sum) || sum.Sum == SumOf(Population(packed.Sections)).Sum);
-            for (const Operation& operation : GatedOperations()) {
-                Floats gated;
-                Floats plain;
-                OwnedSignals gatedOut;
-                OwnedSignals plainOut;
-                Sample extracted(gate.Passing(sample.Sections), Sample::Cut::Packed);
-                operation(sample, &gate, gated, gatedOut.Sections);
-                operation(extracted, nullptr, plain, plainOut.Sections);
-                EXPECT_EQ(Bits(gated), Bits(plain)) << count << " values, density " << density;
-                EXPECT_EQ(Bits(gatedOut.Values()), Bits(plainOut.Values()));
-                EXPECT_EQ(gatedOut.Sections.size(), plainOut.Sections.size());
+            Yield gated;
+            Yield plain;
+            RunAll(gated, sample.Sections, gate.Sections);
+            RunAll(plain, packed.Sections);
+            EXPECT_EQ(Bits(gated.Numbers), Bits(plain.Numbers));
+            for (const auto out : {&Yield::Copy, &Yield::Picks, &Yield::Virtual}) {
+                EXPECT_EQ(Bits((gated.*out).Values()), Bits((plain.*out).Values()));
+                EXPECT_EQ((gated.*out).Sections.size(), (plain.*out).Sections.size());
             }
             EXPECT_EQ(Bits(sample.Values()), Bits(values));
         }
@@ -343,17 +312,14 @@ TEST_P(Statistics, PickAtRandomWithoutFavour) {
 
 TEST(StatisticsWithoutStorage, LoseNothing) {
     const Floats values = FiniteFloats(3000, 12);
-    for (const Operation& operation : GatedOperations()) {
-        ForEachFailingAllocation(
-            [&] {
-                Sample sample(values);
-                Gate gate(sample.Sections);
-                Floats numbers;
-                OwnedSignals out;
-                operation(sample, &gate, numbers, out.Sections);
-            },
-            1024);
-    }
+    ForEachFailingAllocation(
+        [&] {
+            Sample sample(values);
+            Gate gate(sample.Sections);
+            Yield yield;
+            RunAll(yield, sample.Sections, gate.Sections);
+        },
+        1024);
     ForEachFailingAllocation(
         [&] {
             Sample sample(values);

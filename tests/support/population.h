@@ -16,6 +16,7 @@
 
 namespace Orvane::Testing {
 
+using Counts = std::vector<int>;
 using Floats = std::vector<float>;
 using Signals = std::vector<SignalSection*>;
 using Filters = std::vector<FilterSection*>;
@@ -60,27 +61,58 @@ struct Sample : OwnedSignals {
     }
 };
 
-/// Owns a random gate over a population, `density` of 8 set, with arbitrary bits above every `Count`.
+/// Owns a filter vector with random bits, `density` of 8 set, above every `Count` too.
 struct Gate {
+    Gate() = default;
+    explicit Gate(Counts counts, unsigned seed = 0, unsigned density = 4) {
+        OVFilterSection().SynchronousVectorSection(Sections, counts);
+        Randomise(seed, density);
+    }
     explicit Gate(Signals& sections, unsigned seed = 1, unsigned density = 5) {
         OVFilterSection().SynchronousVectorSection(Sections, sections);
-        std::mt19937 random(seed);
-        for (FilterSection* section : Sections)
-            for (int i = 0; i < section->Capacity; ++i)
-                section->SetFlag(i, random() % 8 < density);
+        Randomise(seed, density);
     }
     Gate(const Gate&) = delete;
     Gate& operator=(const Gate&) = delete;
     ~Gate() { OVFilterSection().ReleaseVectorSection(Sections); }
 
-    Floats Passing(const Signals& sections) const {
-        Floats values;
-        for (std::size_t s = 0; s < sections.size(); ++s)
-            for (int i = 0; i < sections[s]->Count; ++i)
-                if (Sections[s]->GetFlag(i)) values.push_back(sections[s]->Values[i]);
+    /// The bits of the events of all sections in order, or all bits that there is storage for.
+    std::vector<bool> Events(int FilterSection::*length = &FilterSection::Count) const {
+        std::vector<bool> bits;
+        for (const FilterSection* section : Sections)
+            for (int i = 0; i < section->*length; ++i)
+                bits.push_back(section->GetFlag(i));
+        return bits;
+    }
+    std::vector<bool> Storage() const { return Events(&FilterSection::Capacity); }
+    Counts Fields(int FilterSection::*field) const {
+        Counts values;
+        for (const FilterSection* section : Sections)
+            values.push_back(section->*field);
         return values;
     }
+    Counts TrueCounts() const { return Fields(&FilterSection::TrueCount); }
+
+    /// The values of the sample that the gate lets through.
+    template <class Values>
+    Values Passing(const Values& values) const {
+        const std::vector<bool> events = Events();
+        Values passing;
+        for (std::size_t i = 0; i < events.size(); ++i)
+            if (events[i]) passing.push_back(values[i]);
+        return passing;
+    }
     Filters Sections;
+
+private:
+    void Randomise(unsigned seed, unsigned density) {
+        std::mt19937 random(seed);
+        for (FilterSection* section : Sections) {
+            for (int i = 0; i < section->Capacity; ++i)
+                section->SetFlag(i, random() % 8 < density);
+            section->CalcTrueCount();
+        }
+    }
 };
 
 /// The values as comparable bits; every NaN is the same.
