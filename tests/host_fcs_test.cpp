@@ -366,6 +366,7 @@ std::vector<Damaged> Damages() {
         {With("$BYTEORD", "1,3,2"), R"($BYTEORD is "1,3,2", expected the order of 4 bytes)"},
         {With("$P1B", "16"), R"($P1B is "16", expected 32 bits)"},
         {Integers("$P2B", "4294967312"), R"($P2B is "4294967312", expected 8, 16, 24 or 32 bits)"},
+        {Integers("$P1B", "10"), R"($P1B is "10", expected 8, 16, 24 or 32 bits)"},
         {Integers("$P1R", "-5"), R"($P1R is "-5", expected a number of at least 0)"},
         {Integers("$P1R", "1024 channels"), R"($P1R is "1024 channels", expected a number)"},
         {Integers("$P1E", "4"), R"($P1E is "4", expected two numbers of at least 0, such as 0,0 or 4,1)"},

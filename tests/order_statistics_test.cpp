@@ -104,6 +104,10 @@ TEST_P(OrderStatistics, EqualWhatSortingGives) {
             SCOPED_TRACE(data.Name);
             const SmallPool pool(capacity, 16);
             Sample sample(data.Values);
+            Gate gate(sample.Sections);
+            OwnedSignals gated;
+            statistics.BackupSignalSection(sample.Sections, gate.Sections, gated.Sections);
+            EXPECT_EQ(Bits(gated.Values()), Bits(gate.Passing(data.Values)));
             const float median = statistics.Median(sample.Sections);
             EXPECT_EQ(Bits({median}), Bits({MedianBySorting(data.Values)}));
 
