@@ -184,7 +184,7 @@ TEST_F(HostFcs, SaysThatMemoryIsShort) {
     builder.placesInText = false;
     const std::string path = Write(builder);
     std::filesystem::resize_file(path, 4000004096);
-    const HostRun run = Run({"stats", path}, "ulimit -v 300000; ");
+    const HostRun run = Run({"stats", path}, "ulimit -v 150000; ");
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.err, "orvane: " + path + ": there is not enough memory for its events\n");
 }
