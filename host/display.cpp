@@ -88,7 +88,7 @@ std::string Excerpt(std::string_view bytes) {
     std::size_t length = std::min(bytes.size(), 4 * ExcerptLength + 7);
     for (int i = 0; i < 3 && length < bytes.size() && IsContinuation(bytes[length]); ++i)
         --length;
-    const std::string text = Printable(bytes.substr(0, length));
+    std::string text = Printable(bytes.substr(0, length));
     if (CharacterCount(text) <= ExcerptLength) return text;
     std::size_t end = 0;
     for (std::size_t characters = 0; characters < ExcerptLength; ++characters) {
