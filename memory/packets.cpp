@@ -192,16 +192,16 @@ void MemoryManage::RemoveBlockSection(std::list<MemoryBlock*>& blocks, MemoryBlo
     if (SeatOf(*block).IsIn(blocks)) SeatOf(*block).Leave();
 }
 
+template <class Packet>
 void MemoryManage::FreeArray(void* p, std::list<MemoryBlock*>& blocks, std::list<MemorySegment*>& segments) {
     Pool& pool = ThePool();
     MemoryBlock& block = *FindFreeMemoryBlock(p);
     MemorySegment& segment = *block.Segment;
-    if (block.Type == FreeBlock) ThrowRepeatFree("Repeat free memory.");
-    const int index = OffsetIn(block, p) / pool.KindOf(block.Type).PacketBytes;
+    const int index = OffsetIn(block, p) / pool.KindOf(TypeOf<Packet>).PacketBytes;
     if (index >= block.PacketCount || (block.UsedMask & BitOf(index)) == 0) {
         ThrowRepeatFree("Repeat free memory.");
     }
-    assert(&blocks == &pool.KindOf(block.Type).NoFullBlocks);
+    assert(block.Type == TypeOf<Packet>);
 
     const bool blockWasFull = IsFull(block);
     const bool segmentWasFull = IsFull(segment);
@@ -226,7 +226,7 @@ void MemoryManage::FreeArrayOfKind(void* p) {
     Pool& pool = ThePool();
     const AutoLock lock(pool.Lock.GetCriticalSection());
     PacketKind& kind = pool.KindOf(TypeOf<Packet>);
-    FreeArray(p, kind.NoFullBlocks, kind.NoFullSegments);
+    FreeArray<Packet>(p, kind.NoFullBlocks, kind.NoFullSegments);
     Add(pool.UseSize, -std::int64_t{kind.UsedBytes});
 }
 

@@ -16,10 +16,6 @@ public:
     Pooled(const Pooled&) = delete;
     Pooled& operator=(const Pooled&) = delete;
     Pooled(Pooled&& other) noexcept : packet_(other.Release()) {}
-    Pooled& operator=(Pooled&& other) noexcept {
-        std::swap(packet_, other.packet_);
-        return *this;
-    }
     ~Pooled() {
         if (packet_ != nullptr) Return(packet_);
     }

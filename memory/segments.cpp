@@ -12,8 +12,9 @@ namespace Orvane {
 void MemoryManage::InitMemoryManage(int segmentSize, int blockCount, int initCount, int capacity,
                                     int capacityInt) {
     Pool& pool = ThePool();
-    assert(pool.Segments.empty());
-    assert(blockCount >= 1 && blockCount <= MaxPoolParts && segmentSize % blockCount == 0);
+    assert(pool.Segments.empty() && initCount >= 0);
+    assert(blockCount >= 1 && blockCount <= MaxPoolParts);
+    assert(segmentSize % (blockCount * 128) == 0 && "all packets, also those of bits, are whole words");
     assert(segmentSize / blockCount / 4 >= capacity);
     assert(capacityInt >= 1 && capacity / capacityInt >= 1 && capacity / capacityInt <= MaxPoolParts);
     pool.Configure({segmentSize, blockCount, initCount, capacity, capacityInt});

@@ -107,9 +107,11 @@ void RemoveFromColumns(EventSection& section, int start, int count, IsShared isS
     assert(start >= 0 && count >= 0);
     if (section.Count < count) ThrowInvalidMemory("Remove data count less then event section count.");
     const int following = section.Count - start - count;
-    ForEachOwnColumn(section, isShared, [&](int s) {
-        std::copy_n(section.Signals[s] + start + count, following, section.Signals[s] + start);
-    });
+    if (following > 0) {
+        ForEachOwnColumn(section, isShared, [&](int s) {
+            std::copy_n(section.Signals[s] + start + count, following, section.Signals[s] + start);
+        });
+    }
     section.Count -= count;
 }
 

@@ -10,6 +10,7 @@
 
 #include <orvane/MemoryManage.h>
 #include <orvane/OVEventSection.h>
+#include <orvane/OVFilterSection.h>
 #include <orvane/OVSignalSection.h>
 
 #include "tests/support/awkward.h"
@@ -37,9 +38,8 @@ Rows NumberedRows(int count) {
 
 Rows RandomRows(int count, int signals) {
     Rows rows;
-    for (int i = 0; i < count; ++i) {
+    for (int i = 0; i < count; ++i)
         rows.push_back(RandomFloats(signals, static_cast<unsigned>(i)));
-    }
     return rows;
 }
 
@@ -48,9 +48,8 @@ Rows RowsOf(const Events& sections) {
     for (const EventSection* section : sections) {
         for (int e = 0; e < section->Count; ++e) {
             rows.emplace_back();
-            for (int s = 0; s < section->SignalCount; ++s) {
+            for (int s = 0; s < section->SignalCount; ++s)
                 rows.back().push_back((*section)[s][e]);
-            }
         }
     }
     return rows;
@@ -68,9 +67,8 @@ bool SameRows(const Rows& a, const Rows& b) {
 
 std::vector<int> CountsOf(const Events& sections) {
     std::vector<int> counts;
-    for (const EventSection* section : sections) {
+    for (const EventSection* section : sections)
         counts.push_back(section->Count);
-    }
     return counts;
 }
 
@@ -89,11 +87,9 @@ struct Sample {
             operations.NewEventSection(Sections, 1, signals);
             EventSection& section = *Sections.back();
             const int count = i < cuts.size() ? cuts[i] : section.Capacity;
-            for (; section.Count < count && next < rows.size(); ++section.Count, ++next) {
-                for (std::size_t s = 0; s < rows[next].size(); ++s) {
+            for (; section.Count < count && next < rows.size(); ++section.Count, ++next)
+                for (std::size_t s = 0; s < rows[next].size(); ++s)
                     section.SetValue(static_cast<int>(s), section.Count, rows[next][s]);
-                }
-            }
         }
     }
 
@@ -108,9 +104,8 @@ struct Pair {
 
     Rows Compensated(Rows rows) const {
         for (auto& row : rows) {
-            for (std::size_t s = 0; s < 3; ++s) {
+            for (std::size_t s = 0; s < 3; ++s)
                 if (!Reuse[s]) row[s] += 1000.0F;
-            }
         }
         return rows;
     }
@@ -249,6 +244,15 @@ TEST(EventVectors, CopiesFromAGlobalPositionOn) {
         EXPECT_EQ(RowsOf(dest.Sections), Rows(first, first + copied));
         EXPECT_EQ(operations.GetValue(source.Sections, 1, start), exists ? (*first)[1] : 0.0F);
     }
+    // Shared copies and views are the columns themselves.
+    Events copy;
+    std::vector<SignalSection*> views;
+    operations.CopyEventSectionShareSignal(source.Sections, copy);
+    operations.GetVectorSignalSection(copy, 1, views);
+    views.back()->Values[views.back()->Count - 1] = -5.0F;
+    EXPECT_EQ(operations.GetLastValue(source.Sections, 1), -5.0F);
+    OVSignalSection().ReleaseVectorSectionShare(views);
+    operations.ReleaseVectorSectionShare(copy);
     // The first part is not divided, so it must fit.
     dest.Sections[0]->Count = 40;
     EXPECT_EQ(MessageOf<InvalidMemoryException>(
@@ -256,108 +260,82 @@ TEST(EventVectors, CopiesFromAGlobalPositionOn) {
               "CopyData out of array capacity.");
 }
 
-TEST(EventVectors, ViewsAndSharedCopiesOwnNoColumn) {
-    const SmallPool pool;
-    Sample source(NumberedRows(100));
-    Events copy;
-    std::vector<SignalSection*> views;
-    operations.CopyEventSectionShareSignal(source.Sections, copy);
-    operations.GetVectorSignalSection(copy, 1, views);
-    EXPECT_EQ(views[1]->Count, 36);
-    views[1]->Values[35] = -5.0F;
-    EXPECT_EQ(operations.GetLastValue(source.Sections, 1), -5.0F);
-    OVSignalSection().ReleaseVectorSectionShare(views);
-    operations.ReleaseVectorSectionShare(copy);
-}
-
-/// Filters over bits of their own, parallel to an event vector.
+/// Filters parallel to an event vector. Bits behind the last event are set and must not matter.
 struct Selection {
-    Selection(const Events& sections, const std::function<bool(int)>& isSelected)
-        : Words(sections.size()), Records(sections.size()) {
-        for (std::size_t i = 0, event = 0; i < sections.size(); ++i) {
-            // Bits behind the last event must not matter.
-            Words[i] = ~0ULL;
-            for (int e = 0; e < sections[i]->Count; ++e, ++event) {
-                if (!isSelected(static_cast<int>(event))) Words[i] &= ~(1ULL << e);
-            }
-            Records[i].Flags = reinterpret_cast<std::uint32_t*>(&Words[i]);
-            Filters.push_back(&Records[i]);
+    Selection(Events& sections, const std::function<bool(int)>& isSelected) {
+        OVFilterSection().SynchronousVectorSection(Filters, sections);
+        for (int event = 0; FilterSection * filter : Filters) {
+            filter->SetAll(true);
+            for (int e = 0; e < filter->Count; ++e)
+                filter->SetFlag(e, isSelected(event++));
         }
     }
-
-    std::vector<std::uint64_t> Words;
-    std::vector<FilterSection> Records;
+    ~Selection() { OVFilterSection().ReleaseVectorSection(Filters); }
     std::vector<FilterSection*> Filters;
 };
 
-TEST(EventVectors, ExtractionPacksTheSelectedEventsInOrder) {
+/// Every test runs once per instruction set.
+class EventKernels : public ::testing::TestWithParam<InstructionSet> {
+private:
+    ScopedInstructionSet set_{GetParam()};
+};
+INSTANTIATE_TEST_SUITE_P(EventVectors, EventKernels, ::testing::ValuesIn(AvailableInstructionSets()));
+
+TEST_P(EventKernels, ExtractionPacksTheSelectedEventsInOrder) {
     const std::function<bool(int)> rules[] = {
         [](int) { return false; }, [](int) { return true; }, [](int e) { return e < 128; },
         [](int e) { return e >= 33 && e < 97; }, [](int e) { return std::cos(e * e) > 0.0; }};
     const Rows rows = NumberedRows(300);
     std::vector<int> signals{2, 0, 2, 1};
-    for (const InstructionSet set : AvailableInstructionSets()) {
-        const ScopedInstructionSet forced(set);
-        const SmallPool pool;
-        Sample source(rows, {1, 31, 32, 33, 0, 64});
-        for (const auto& isSelected : rules) {
-            Rows expected;
-            for (const auto& row : rows) {
-                if (isSelected(static_cast<int>(row[0])))
-                    expected.push_back({row[2], row[0], row[2], row[1]});
-            }
-            Selection selection(source.Sections, isSelected);
-            Sample out;
-            operations.ExtractEventSection(out.Sections, source.Sections, selection.Filters, signals);
-            EXPECT_EQ(RowsOf(out.Sections), expected);
-            EXPECT_EQ(out.Sections.size(), expected.size() / 64 + 1);
-        }
+    const SmallPool pool;
+    Sample source(rows, {1, 31, 32, 33, 0, 64});
+    for (const auto& isSelected : rules) {
+        Rows expected;
+        for (const auto& row : rows)
+            if (isSelected(static_cast<int>(row[0]))) expected.push_back({row[2], row[0], row[2], row[1]});
+        Selection selection(source.Sections, isSelected);
+        Sample out;
+        operations.ExtractEventSection(out.Sections, source.Sections, selection.Filters, signals);
+        EXPECT_EQ(RowsOf(out.Sections), expected);
+        EXPECT_EQ(out.Sections.size(), expected.size() / 64 + 1);
     }
 }
 
-TEST(EventVectors, MatrixProductGivesTheBitsOfTheProductOfEveryRow) {
-    for (const InstructionSet set : AvailableInstructionSets()) {
-        const ScopedInstructionSet forced(set);
-        for (const int signals : {1, 3, 4, 9}) {
-            const SmallPool pool(160);
-            OVMatrix matrix(signals, signals);
-            for (int i = 0; i < signals * signals; ++i) {
-                matrix.GetData()[i] = i % 5 == 0 ? 0.0 : std::sin(i);
-            }
-            const Rows rows = RandomRows(250, signals);
-            Rows expected;
-            for (const auto& row : rows) {
-                std::vector<double> wide(row.begin(), row.end());
-                const OVMatrix product = OVMatrix(wide.data(), 1, signals) * matrix;
-                expected.emplace_back(product.GetData(), product.GetData() + signals);
-            }
-            Sample source(rows);
-            Sample dest;
-            operations.VectorEventSection_Multi_Matrix(source.Sections, matrix, dest.Sections);
-            EXPECT_TRUE(SameRows(RowsOf(dest.Sections), expected));
-
-            // One section is made for the few events of two: the second is left out.
-            Sample unpacked(Rows(rows.begin(), rows.begin() + 90), {70});
-            Sample smaller;
-            operations.VectorEventSection_Multi_Matrix(unpacked.Sections, matrix, smaller.Sections);
-            EXPECT_EQ(CountsOf(smaller.Sections), (std::vector{70}));
+TEST_P(EventKernels, MatrixProductGivesTheBitsOfTheProductOfEveryRow) {
+    for (const int signals : {1, 3, 4, 9}) {
+        const SmallPool pool(160);
+        OVMatrix matrix(signals, signals);
+        for (int i = 0; i < signals * signals; ++i)
+            matrix.GetData()[i] = i % 5 == 0 ? 0.0 : std::sin(i);
+        const Rows rows = RandomRows(250, signals);
+        Rows expected;
+        for (const auto& row : rows) {
+            std::vector<double> wide(row.begin(), row.end());
+            const OVMatrix product = OVMatrix(wide.data(), 1, signals) * matrix;
+            expected.emplace_back(product.GetData(), product.GetData() + signals);
         }
+        Sample source(rows);
+        Sample dest;
+        operations.VectorEventSection_Multi_Matrix(source.Sections, matrix, dest.Sections);
+        EXPECT_TRUE(SameRows(RowsOf(dest.Sections), expected));
+
+        // One section is made for the few events of two: the second is left out.
+        Sample unpacked(Rows(rows.begin(), rows.begin() + 90), {70});
+        Sample smaller;
+        operations.VectorEventSection_Multi_Matrix(unpacked.Sections, matrix, smaller.Sections);
+        EXPECT_EQ(CountsOf(smaller.Sections), (std::vector{70}));
     }
 }
 
-TEST(EventVectors, WidthIsTheScaledQuotientAlsoInPlaceAndOneOverZero) {
-    for (const InstructionSet set : AvailableInstructionSets()) {
-        const ScopedInstructionSet forced(set);
-        for (const std::size_t target : {0U, 1U, 2U}) {
-            const SmallPool pool(1024);
-            Rows rows = RandomRows(1500, 3);
-            Sample sample(rows);
-            operations.CalcWidthSignalValue(sample.Sections, 0, 1, static_cast<int>(target), 1.7F);
-            for (auto& row : rows) {
-                row[target] = row[1] == 0.0F ? 1.0F : row[0] / row[1] * 1.7F;
-            }
-            EXPECT_TRUE(SameRows(RowsOf(sample.Sections), rows));
-        }
+TEST_P(EventKernels, WidthIsTheScaledQuotientAlsoInPlaceAndOneOverZero) {
+    for (const std::size_t target : {0U, 1U, 2U}) {
+        const SmallPool pool(1024);
+        Rows rows = RandomRows(1500, 3);
+        Sample sample(rows);
+        operations.CalcWidthSignalValue(sample.Sections, 0, 1, static_cast<int>(target), 1.7F);
+        for (auto& row : rows)
+            row[target] = row[1] == 0.0F ? 1.0F : row[0] / row[1] * 1.7F;
+        EXPECT_TRUE(SameRows(RowsOf(sample.Sections), rows));
     }
 }
 
@@ -377,9 +355,8 @@ TEST(Acquisition, FollowsTheFormulasAndTheOrderOfTheRandomNumbers) {
     std::vector<int> map{1, 4, -1, 0, -2, 3, 2, 5};
     std::vector<float> gains{3.0F, 1.0F, 1.0F, 2.55F, 1.0F, 0.3F, 16.0F, 1.0F};
     std::vector<int> buffer(645);
-    for (std::size_t i = 0; i < buffer.size(); ++i) {
+    for (std::size_t i = 0; i < buffer.size(); ++i)
         buffer[i] = i % 11 == 0 ? 0 : static_cast<int>(i * 7919 % 20011) - 3000;
-    }
     const auto tenths = [](int bound) { return static_cast<float>(std::rand() % bound) / 10.0F; };
     const auto acquirePlainly = [&](int event) {
         const auto first = buffer.begin() + std::ptrdiff_t{event} * 5;
@@ -415,9 +392,8 @@ TEST(Acquisition, FollowsTheFormulasAndTheOrderOfTheRandomNumbers) {
         } while (std::time(nullptr) != now);
         std::srand(static_cast<unsigned>(now));
         Rows expected;
-        for (int event = 0; event < events; ++event) {
+        for (int event = 0; event < events; ++event)
             expected.push_back(acquirePlainly(event));
-        }
         EXPECT_EQ(RowsOf(sample.Sections), expected);
     }
 }
@@ -426,18 +402,13 @@ TEST(EventVectors, AFailingPoolLosesNothing) {
     std::vector<bool> reuse{true, false, false};
     std::vector<bool> nothing(3, false);
     std::vector<int> map{-1, 1, -1};
-    std::vector<float> gains(3, 1.0F);
-    std::vector<int> buffer(400, 1);
-    OVCollectData data{buffer.data(), 400, 4, 0, 1, 1.0F, 1.0F, 0.0F};
     const std::function<void(Events & from, Events & to)> growing[] = {
-        [](Events& from, Events& to) { operations.AppendEventSection(from, to); },
         [](Events& from, Events& to) { operations.AppendEventSection(from, to, 50); },
         [&](Events& from, Events& to) { operations.AppendEventSectionCompensation(from, to, from, reuse); },
         [&](Events& from, Events& to) {
             operations.SynchronousEventSectionCompensation(to, from, reuse);
             operations.SynchronousEventSectionCompensation(to, from, nothing);
         },
-        [&](Events&, Events& to) { operations.DealEvent(to, map, gains, data); },
         [](Events& from, Events& to) {
             operations.VectorEventSection_Multi_Matrix(from, OVMatrix(3, 3), to);
         },

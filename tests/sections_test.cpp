@@ -50,27 +50,26 @@ TEST(EventSections, EveryFormOfSharingReturnsEachColumnExactlyOnce) {
     const SmallPool pool;
     std::vector<bool> flags{true, false, true};
     std::vector<int> map{2, -1, 0};
-    using Step = std::function<void(EventSection&, EventSection&)>;
-    const Step byFlags = [&](EventSection& raw, EventSection& section) { section.Initial(raw, flags); };
-    const std::vector<std::pair<Step, Step>> forms{
-        {byFlags, [&](EventSection&, EventSection& section) { section.Release(flags); }},
-        {byFlags, [&](EventSection& raw, EventSection& section) { section.Release(raw); }},
-        {[&](EventSection& raw, EventSection& section) { section.Initial(raw, map); },
-         [&](EventSection&, EventSection& section) { section.Release(map); }},
-        {[](EventSection& raw, EventSection& section) { section.CopyShareSignal(raw); },
-         [](EventSection&, EventSection& section) { section.Release_Share(); }}};
-    for (const auto& [share, release] : forms) {
+    for (int form = 0; form < 4; ++form) {
         FullEvents raw(3);
         EventSection section;
-        share(raw, section);
-        EXPECT_EQ(section[2], &share == &forms[2].first ? raw[0] : raw[2]);
+        const auto share = [&] {
+            if (form < 2) section.Initial(raw, flags);
+            if (form == 2) section.Initial(raw, map);
+            if (form == 3) section.CopyShareSignal(raw);
+        };
+        share();
+        EXPECT_EQ(section[2], form == 2 ? raw[0] : raw[2]);
         for (int time = 0; time < 2; ++time) {
-            release(raw, section);
+            if (form == 0) section.Release(flags);
+            if (form == 1) section.Release(raw);
+            if (form == 2) section.Release(map);
+            if (form == 3) section.Release_Share();
             EXPECT_EQ(ColumnsInUse(), 3);
             EXPECT_EQ(section.Signals, nullptr);
         }
         // The wrong form returns shared columns twice. The pool says so, and releasing again goes on.
-        share(raw, section);
+        share();
         raw.Release();
         EXPECT_EQ(MessageOf<RepeatFreeException>([&] { section.Release(); }), "Repeat free memory.");
         while (MessageOf<RepeatFreeException>([&] { section.Release(); }) != "nothing thrown") {
@@ -126,6 +125,16 @@ TEST(EventSections, CopiesAndRemovalsAgreeWithAModel) {
         FullEvents raw(3);
         EventSection section;
         std::vector<bool> flags{false, form > 0, false};
+        const auto copy = [&](int start, int count) {
+            if (form == 0) section.CopyData(source, start, section.Count, count);
+            if (form == 1) section.CopyData(source, start, section.Count, count, flags);
+            if (form == 2) section.CopyData(source, start, section.Count, count, raw);
+        };
+        const auto remove = [&](int start, int count) {
+            if (form == 0) section.RemoveData(start, count);
+            if (form == 1) section.RemoveData(start, count, flags);
+            if (form == 2) section.RemoveData(start, count, raw);
+        };
         section.Initial(raw, flags);
         std::fill_n(raw[1], 64, 42.0F);
         std::vector<std::vector<float>> model(3);
@@ -135,12 +144,7 @@ TEST(EventSections, CopiesAndRemovalsAgreeWithAModel) {
             const int start = static_cast<int>(random()) & 31;
             const int count = std::min(static_cast<int>(random() % 24), adds ? 64 - held : held - start);
             if (count < 0) continue;
-            if (adds && form == 0) section.CopyData(source, start, held, count);
-            if (adds && form == 1) section.CopyData(source, start, held, count, flags);
-            if (adds && form == 2) section.CopyData(source, start, held, count, raw);
-            if (!adds && form == 0) section.RemoveData(start, count);
-            if (!adds && form == 1) section.RemoveData(start, count, flags);
-            if (!adds && form == 2) section.RemoveData(start, count, raw);
+            adds ? copy(start, count) : remove(start, count);
             for (int s = 0; s < 3; ++s) {
                 std::vector<float>& column = model[s];
                 if (adds) column.insert(column.end(), source[s] + start, source[s] + start + count);
@@ -150,9 +154,9 @@ TEST(EventSections, CopiesAndRemovalsAgreeWithAModel) {
             }
         }
         const int held = section.Count;
-        EXPECT_EQ(MessageOf<InvalidMemoryException>([&] { section.CopyData(source, 0, 0, 65 - held, raw); }),
+        EXPECT_EQ(MessageOf<InvalidMemoryException>([&] { copy(0, 65 - held); }),
                   "CopyData out of array capacity.");
-        EXPECT_EQ(MessageOf<InvalidMemoryException>([&] { section.RemoveData(0, held + 1, flags); }),
+        EXPECT_EQ(MessageOf<InvalidMemoryException>([&] { remove(0, held + 1); }),
                   "Remove data count less then event section count.");
         EXPECT_EQ(section.Count, held);
         section.Release(flags);
@@ -177,11 +181,8 @@ TEST(EventSections, SignalsAreInsertedAndRemovedInPlace) {
 }
 
 TEST(Sections, AFailedOperationTakesNothingAndLeavesARecordThatCanBeReleased) {
-    std::vector<bool> flags{true, false, false, true};
     std::vector<int> map{0, -1, -1, -1};
     const std::vector<std::function<void(EventSection&, EventSection&)>> operations{
-        [](EventSection&, EventSection& section) { section.Initial(3); },
-        [&](EventSection& raw, EventSection& section) { section.Initial(raw, flags); },
         [&](EventSection& raw, EventSection& section) { section.Initial(raw, map); },
         [](EventSection& raw, EventSection& section) { section.Clone(raw); },
         [](EventSection&, EventSection& section) { section.InsertSignal(0); }};
@@ -224,19 +225,17 @@ TEST(Sections, OnlyCountersAreCountedWhenTheyAreInitialised) {
 }
 
 TEST(CountSections, AreScaledWithHalvesGoingUp) {
-    const auto divided = [](std::vector<int> counters, int d) {
-        CountSection section;
-        section.Counts = counters.data();
-        section.Count = static_cast<int>(counters.size());
-        section.DivValue(d);
-        section.CalcTotalCount();
-        counters.push_back(section.TotalCount);
-        return counters;
-    };
-    EXPECT_EQ(divided({1, 2, 3}, 2), (std::vector<int>{1, 1, 2, 4}));
-    EXPECT_EQ(divided({-1, -2, -3, 7}, 2), (std::vector<int>{0, 0, -1, 4, 3}));
-    EXPECT_EQ(divided({INT_MAX, INT_MIN, 3}, 1), (std::vector<int>{INT_MAX, INT_MIN + 1, 3, 3}));
-    EXPECT_EQ(divided({5, 0, -5}, 0), (std::vector<int>{0, 0, 0, 0}));
+    std::vector<int> counters{1, 2, 3, -1, -2, -3, 7};
+    CountSection section;
+    section.Counts = counters.data();
+    section.Count = 7;
+    section.DivValue(2);
+    EXPECT_EQ(counters, (std::vector<int>{1, 1, 2, 0, 0, -1, 4}));
+    section[1] = INT_MAX;
+    section.CalcTotalCount();
+    EXPECT_EQ(section.TotalCount, INT_MIN + 5) << "in 32-bit arithmetic";
+    section.DivValue(0);
+    EXPECT_EQ(counters, std::vector<int>(7, 0));
 }
 
 class EveryInstructionSet : public ::testing::TestWithParam<InstructionSet> {
@@ -277,9 +276,8 @@ TEST_P(EveryInstructionSet, FilterBitsAgreeWithAModel) {
             }
             const int set = static_cast<int>(positions.size());
             ASSERT_EQ(CountCommonBits(filter.Flags, other.Flags, count), common);
-            for (int k = 1; k <= set; k += 1 + set / 97) {
+            for (int k = 1; k <= set; k += 1 + set / 97)
                 ASSERT_EQ(filter.GetCountByTrueCount(k), positions[k - 1] + 1) << count;
-            }
             EXPECT_EQ(filter.GetCountByTrueCount(0), 0);
             EXPECT_EQ(filter.TrueCount, 0) << "stored only when the set bits run out";
             EXPECT_EQ(filter.GetCountByTrueCount(set + 1), count);
@@ -371,9 +369,14 @@ TEST_P(EveryInstructionSet, ConversionKeepsTheLow16BitsOfTheTruncatedValue) {
 }
 
 TEST(SectionUtilities, StatisticsOverSections) {
+    struct FromTen : SectionUtility {
+        void FillSection(SignalSection* section) override {
+            SectionUtility::FillSection(section);
+            AddToColumn(section->Values, section->Count, 10.0F);
+        }
+    } utility;
     std::vector<float> values{1, 3}, single{1};
-    SignalSection section = Over(values), lone = Over(single);
-    SectionUtility utility;
+    SignalSection section = Over(values), lone = Over(single), withoutStorage;
     std::vector<SignalSection*> none, one{&section}, two{&section, &section}, tooFew{&lone};
     EXPECT_EQ(utility.SectionArrayStatisticsSD(one, 2.0F), std::sqrt(2.0F));
     EXPECT_EQ(utility.SectionArrayStatisticsSD(two, 2.0F), std::sqrt(2.0F)) << "the running sum is not reset";
@@ -381,25 +384,12 @@ TEST(SectionUtilities, StatisticsOverSections) {
     EXPECT_EQ(utility.SectionArrayStatisticsMean(two), 2.0F);
     EXPECT_EQ(utility.SectionArrayStatisticsMean(none), 0.0F);
     float max = 0.0F, min = 0.0F;
-    SignalSection withoutStorage;
     withoutStorage.Count = 1;
     two.push_back(&withoutStorage);
     utility.FindSectionMaxAndMin(two, max, min);
     EXPECT_EQ(max - min, 3.0F);
-}
-
-TEST(SectionUtilities, ArrayFormsCallTheOverriddenSingleForm) {
-    struct FromTen : SectionUtility {
-        void FillSection(SignalSection* section) override {
-            SectionUtility::FillSection(section);
-            AddToColumn(section->Values, section->Count, 10.0F);
-        }
-    } utility;
-    std::vector<float> values(3);
-    SignalSection section = Over(values);
-    std::vector<SignalSection*> sections{&section};
-    utility.FillSectionArray(sections);
-    EXPECT_EQ(values, (std::vector<float>{10, 11, 12}));
+    utility.FillSectionArray(one);
+    EXPECT_EQ(values, (std::vector<float>{10, 11})) << "array forms call the overridden single form";
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 
 #include "tests/support/instruction_sets.h"
 #include "tests/support/pool.h"
+#include "tests/support/population.h"
 
 namespace Orvane {
 namespace {
@@ -25,9 +26,8 @@ struct Column {
     Column(const std::vector<float>& values, int count) {
         SignalSection* section = nullptr;
         for (const float value : values) {
-            if (section == nullptr || section->Count == count) {
+            if (section == nullptr || section->Count == count)
                 section = signals.GetNextSection(Sections, section);
-            }
             section->Values[section->Count++] = value;
         }
     }
@@ -84,31 +84,23 @@ std::vector<int> CountersOf(CountSection& counts) {
 
 TEST(ModelVectors, HistogramsAddUpTheTruncatedValuesOfTheSelectedEventsBelowTheCapacity) {
     const SmallPool pool;  // gives four counters
-    std::mt19937_64 random(5);
-    std::uint64_t bits[3] = {~0ULL, random(), random()};
-    FilterSection records[3];
-    std::vector<FilterSection*> filters;
-    for (std::size_t i = 0; i < 3; ++i) {
-        records[i].Flags = reinterpret_cast<std::uint32_t*>(&bits[i]);
-        filters.push_back(&records[i]);
-    }
-    std::vector<float> values;
-    std::vector<int> all(4);
-    std::vector<int> selected(4);
-    for (std::size_t i = 0; i < 150; ++i) {
-        values.push_back(static_cast<float>(random() % 24) / 4.0F - 0.75F);
-        const auto bin = static_cast<std::size_t>(std::trunc(values[i]));
-        if (bin >= 4) continue;
-        all[bin] += 2;
-        selected[bin] += static_cast<int>(bits[i / 64] >> (i % 64) & 1U);
-    }
+    std::mt19937 random(5);
+    std::vector<float> values(150);
+    std::vector<int> all(4), selected(4);
+    for (float& value : values)
+        value = static_cast<float>(random() % 24) / 4.0F - 0.75F;
     Column column(values, 64);
+    Gate gate(column.Sections);
+    for (const float value : values)
+        if (value < 4.0F) all[static_cast<std::size_t>(value < 0.0F ? 0.0F : value)] += 2;
+    for (const float value : gate.Passing(values))
+        if (value < 4.0F) selected[static_cast<std::size_t>(value < 0.0F ? 0.0F : value)] += 1;
     std::vector<ModelSection*> bins;
     CountSection gated;
     CountSection counts;
     models.ConvertSignalToModel(bins, column.Sections, 24.0F, 20.0F);
-    models.StatisticsCountSection(bins, filters, gated);
     models.StatisticsCountSection(bins, counts);
+    models.StatisticsCountSection(bins, gate.Sections, gated);  // takes the packet behind
     models.StatisticsCountSection(bins, counts);
     EXPECT_EQ(CountersOf(gated), selected);
     EXPECT_EQ(CountersOf(counts), all);

@@ -52,7 +52,7 @@ int TableIndex(Member member) {
 
 /// Picks the overload with exactly these parameters.
 template <class... Parameters>
-struct Taking {
+struct With {
     template <class Result, class Class>
     static auto Of(Result (Class::*member)(Parameters...)) {
         return member;
@@ -96,8 +96,8 @@ TEST(SlotOrder, Allocator) {
 TEST(SlotOrder, SectionUtility) {
     using I = ISectionUtility;
     ExpectSlotsFromOne<I>(&I::FillSection, &I::FillSectionArray,
-                          Taking<SignalSection*, float&, float&>::Of(&I::FindSectionMaxAndMin),
-                          Taking<Signals&, float&, float&>::Of(&I::FindSectionMaxAndMin), &I::ConvertSection,
+                          With<SignalSection*, float&, float&>::Of(&I::FindSectionMaxAndMin),
+                          With<Signals&, float&, float&>::Of(&I::FindSectionMaxAndMin), &I::ConvertSection,
                           &I::ConvertSectionArray, &I::SectionArrayStatisticsMean,
                           &I::SectionArrayStatisticsSD, &I::SectionArrayConvertModelSection);
 }
@@ -105,19 +105,19 @@ TEST(SlotOrder, SectionUtility) {
 TEST(SlotOrder, EventSection) {
     using I = IOVEventSection;
     ExpectSlotsFromOne<I>(
-        &I::ReleaseVectorSectionCompensation, Taking<Events&, Ints&>::Of(&I::ReleaseVectorSection),
-        Taking<Events&>::Of(&I::ReleaseVectorSection), Taking<Events&, Events&>::Of(&I::ReleaseVectorSection),
+        &I::ReleaseVectorSectionCompensation, With<Events&, Ints&>::Of(&I::ReleaseVectorSection),
+        With<Events&>::Of(&I::ReleaseVectorSection), With<Events&, Events&>::Of(&I::ReleaseVectorSection),
         &I::ReleaseVectorSectionShare, &I::GetVectorSignalSection, &I::SynchronousEventSectionCompensation,
-        Taking<Events&, Events&, int>::Of(&I::AppendEventSection),
-        Taking<Events&, Events&>::Of(&I::AppendEventSection),
-        Taking<Events&, Events&, Events&, Flags&, int>::Of(&I::AppendEventSectionCompensation),
-        Taking<Events&, Events&, Events&, Flags&>::Of(&I::AppendEventSectionCompensation),
+        With<Events&, Events&, int>::Of(&I::AppendEventSection),
+        With<Events&, Events&>::Of(&I::AppendEventSection),
+        With<Events&, Events&, Events&, Flags&, int>::Of(&I::AppendEventSectionCompensation),
+        With<Events&, Events&, Events&, Flags&>::Of(&I::AppendEventSectionCompensation),
         &I::SynchronousSignalValue, &I::NewEventSection, &I::CopyEventSection, &I::CopyOneEventSection,
         &I::CopyEventSectionShareSignal, &I::CheckVectorReuseFlag, &I::CheckNoReuseCount,
         &I::RemoveEventSection, &I::GetTotalCount, &I::ClearVectorSection, &I::GetFirstValue,
         &I::GetLastValue, &I::GetValue, &I::GetNextSection, &I::SetCountLimit, &I::InitVectorEventSectionData,
-        Taking<Events&, Events&, Ints&>::Of(&I::ExtractEventSection),
-        Taking<Events&, Events&, Filters&, Ints&>::Of(&I::ExtractEventSection), &I::GetValueMaxAndMin,
+        With<Events&, Events&, Ints&>::Of(&I::ExtractEventSection),
+        With<Events&, Events&, Filters&, Ints&>::Of(&I::ExtractEventSection), &I::GetValueMaxAndMin,
         &I::VectorEventSection_Multi_Matrix, &I::CalcWidthSignalValue, &I::SignalValueAddValue, &I::DealEvent,
         &I::CheckValueEqual);
 }
@@ -132,13 +132,13 @@ TEST(SlotOrder, SignalSection) {
 
 TEST(SlotOrder, ModelSection) {
     using I = IOVModelSection;
-    ExpectSlotsFromOne<I>(
-        &I::ConvertSignalToModel, &I::GetTotalCount,
-        Taking<ModelSection*, FilterSection*, CountSection&>::Of(&I::StatisticsCountSection),
-        Taking<ModelSection*, CountSection&>::Of(&I::StatisticsCountSection),
-        Taking<Models&, Filters&, CountSection&>::Of(&I::StatisticsCountSection),
-        Taking<Models&, CountSection&>::Of(&I::StatisticsCountSection), &I::StatisticsCountSection_Virtual,
-        &I::ReleaseVectorSection, &I::SynchronousVectorSection);
+    ExpectSlotsFromOne<I>(&I::ConvertSignalToModel, &I::GetTotalCount,
+                          With<ModelSection*, FilterSection*, CountSection&>::Of(&I::StatisticsCountSection),
+                          With<ModelSection*, CountSection&>::Of(&I::StatisticsCountSection),
+                          With<Models&, Filters&, CountSection&>::Of(&I::StatisticsCountSection),
+                          With<Models&, CountSection&>::Of(&I::StatisticsCountSection),
+                          &I::StatisticsCountSection_Virtual, &I::ReleaseVectorSection,
+                          &I::SynchronousVectorSection);
 }
 
 TEST(SlotOrder, CountAndSegmentSection) {
@@ -151,14 +151,14 @@ TEST(SlotOrder, CountAndSegmentSection) {
 TEST(SlotOrder, FilterSection) {
     using I = IOVFilterSection;
     ExpectSlotsFromOne<I>(
-        &I::ReleaseVectorSection, Taking<Filters&, Ints&>::Of(&I::SynchronousVectorSection),
-        Taking<Filters&, Events&>::Of(&I::SynchronousVectorSection),
-        Taking<Filters&, Signals&>::Of(&I::SynchronousVectorSection),
-        Taking<Filters&, Filters&>::Of(&I::SynchronousVectorSection), &I::GetTotalCount,
-        Taking<Filters&, Filters&>::Of(&I::GetTrueTotalCount), Taking<Filters&>::Of(&I::GetTrueTotalCount),
+        &I::ReleaseVectorSection, With<Filters&, Ints&>::Of(&I::SynchronousVectorSection),
+        With<Filters&, Events&>::Of(&I::SynchronousVectorSection),
+        With<Filters&, Signals&>::Of(&I::SynchronousVectorSection),
+        With<Filters&, Filters&>::Of(&I::SynchronousVectorSection), &I::GetTotalCount,
+        With<Filters&, Filters&>::Of(&I::GetTrueTotalCount), With<Filters&>::Of(&I::GetTrueTotalCount),
         &I::CalcListSectionTrueCount, &I::GetValue, &I::And, &I::Or, &I::Copy, &I::SetAllTrue,
-        &I::SetAllFalse, Taking<FilterSection*, Filters&, ModelSection*>::Of(&I::CalcFilterIndex),
-        Taking<Filters&, ModelSection*>::Of(&I::CalcFilterIndex), &I::CalcFilterIndexInTrue,
+        &I::SetAllFalse, With<FilterSection*, Filters&, ModelSection*>::Of(&I::CalcFilterIndex),
+        With<Filters&, ModelSection*>::Of(&I::CalcFilterIndex), &I::CalcFilterIndexInTrue,
         &I::ExtratTrueFilter, &I::GetNextSection, &I::Composite_Comp_Copy_RealAndParent,
         &I::Composite_Comp_Copy_NotRealAndParent, &I::Composite_Comp_Copy_NotReal,
         &I::Composite_Comp_Or_RealAndParent, &I::Composite_Comp_Or_NotRealAndParent,
@@ -169,50 +169,44 @@ TEST(SlotOrder, FilterSection) {
 
 TEST(SlotOrder, StatisticsSignalSection) {
     using I = IOVStatisticsSignalSection;
+    using S = Signals&;
+    using F = Filters&;
+    using V = float&;
     ExpectSlotsFromOne<I>(
-        Taking<Signals&, Filters&, int&, float&, float&>::Of(&I::Average),
-        Taking<Signals&, Filters&, int&>::Of(&I::Average),
-        Taking<Signals&, int&, float&, float&>::Of(&I::Average), Taking<Signals&, int&>::Of(&I::Average),
-        Taking<Signals&>::Of(&I::Average), &I::Average_BackupAndSeparateSection_2Part,
-        &I::Average_BackupAndSeparateSection_4Part, &I::BackupAndSeparateSection,
-        &I::BackupAndSeparateSection_4Part, &I::BackupSignalSection_LessMinValue,
-        Taking<Signals&, Filters&, Signals&>::Of(&I::BackupSignalSection),
-        Taking<Signals&, Signals&>::Of(&I::BackupSignalSection), &I::CalcActual_4Part, &I::CalcMedian_2Part,
-        &I::CalcMedian_4Part, Taking<Signals&, Filters&>::Of(&I::CalcRSDForQC),
-        Taking<Signals&>::Of(&I::CalcRSDForQC),
-        Taking<Signals&, Filters&, float&, float&>::Of(&I::CalcStatistic_ActualMinMax),
-        Taking<Signals&, float&, float&>::Of(&I::CalcStatistic_ActualMinMax),
-        Taking<Signals&, Filters&, float&, float&>::Of(&I::CalcStatistic_RealMinMax),
-        Taking<Signals&, float&, float&>::Of(&I::CalcStatistic_RealMinMax),
-        Taking<Signals&, Filters&, float&, float&>::Of(&I::CalcStatistic_Average_Median),
-        Taking<Signals&, float&, float&>::Of(&I::CalcStatistic_Average_Median),
-        &I::CalcStatistic_AverageMedian, &I::CalcStatistic_AverageMedianRCVRSD,
-        Taking<Signals&, Filters&, float&, float&, float&>::Of(&I::CalcStatistic_AverageCVSD),
-        Taking<Signals&, float&, float&, float&>::Of(&I::CalcStatistic_AverageCVSD),
-        Taking<Signals&, Filters&, OVSignalStatistics&>::Of(&I::CalcStatistic_MorePara),
-        Taking<Signals&, OVSignalStatistics&>::Of(&I::CalcStatistic_MorePara),
-        &I::CalcStatistic_MorePara_4Part,
-        Taking<Signals&, Filters&, float, OVSignalStatistics&, int&>::Of(&I::CalcStatistic_MoreParaQC),
-        Taking<Signals&, float, OVSignalStatistics&, int&>::Of(&I::CalcStatistic_MoreParaQC),
+        With<S, F, int&, V, V>::Of(&I::Average), With<S, F, int&>::Of(&I::Average),
+        With<S, int&, V, V>::Of(&I::Average), With<S, int&>::Of(&I::Average), With<S>::Of(&I::Average),
+        &I::Average_BackupAndSeparateSection_2Part, &I::Average_BackupAndSeparateSection_4Part,
+        &I::BackupAndSeparateSection, &I::BackupAndSeparateSection_4Part,
+        &I::BackupSignalSection_LessMinValue, With<S, F, S>::Of(&I::BackupSignalSection),
+        With<S, S>::Of(&I::BackupSignalSection), &I::CalcActual_4Part, &I::CalcMedian_2Part,
+        &I::CalcMedian_4Part, With<S, F>::Of(&I::CalcRSDForQC), With<S>::Of(&I::CalcRSDForQC),
+        With<S, F, V, V>::Of(&I::CalcStatistic_ActualMinMax),
+        With<S, V, V>::Of(&I::CalcStatistic_ActualMinMax), With<S, F, V, V>::Of(&I::CalcStatistic_RealMinMax),
+        With<S, V, V>::Of(&I::CalcStatistic_RealMinMax),
+        With<S, F, V, V>::Of(&I::CalcStatistic_Average_Median),
+        With<S, V, V>::Of(&I::CalcStatistic_Average_Median), &I::CalcStatistic_AverageMedian,
+        &I::CalcStatistic_AverageMedianRCVRSD, With<S, F, V, V, V>::Of(&I::CalcStatistic_AverageCVSD),
+        With<S, V, V, V>::Of(&I::CalcStatistic_AverageCVSD),
+        With<S, F, OVSignalStatistics&>::Of(&I::CalcStatistic_MorePara),
+        With<S, OVSignalStatistics&>::Of(&I::CalcStatistic_MorePara), &I::CalcStatistic_MorePara_4Part,
+        With<S, F, float, OVSignalStatistics&, int&>::Of(&I::CalcStatistic_MoreParaQC),
+        With<S, float, OVSignalStatistics&, int&>::Of(&I::CalcStatistic_MoreParaQC),
         &I::DifferenceMedianAndSeparateSection_4Part, &I::SeparateSection_4Part,
-        Taking<Signals&, Filters&, float&, float&>::Of(&I::FindMinMax),
-        Taking<Signals&, float&, float&>::Of(&I::FindMinMax),
-        Taking<Signals&, Filters&, double*, int, Signals&>::Of(&I::GenerateVirtualVectorSignalSection),
-        Taking<Signals&, double*, int, Signals&>::Of(&I::GenerateVirtualVectorSignalSection), &I::GetMaxValue,
-        &I::GetMinValue, Taking<Signals&, Filters&, int, unsigned, Signals&>::Of(&I::GetRandomDatas),
-        Taking<Signals&, int, unsigned, Signals&>::Of(&I::GetRandomDatas),
-        Taking<Signals&, Filters&>::Of(&I::CV), Taking<Signals&>::Of(&I::CV), &I::Median, &I::RobustCV,
-        Taking<Signals&, float>::Of(&I::RobustSD), Taking<Signals&, float, float>::Of(&I::RobustSD),
-        &I::RobustSD_LessMinValue, Taking<Signals&, Filters&, float>::Of(&I::SD),
-        Taking<Signals&, float>::Of(&I::SD), Taking<Signals&>::Of(&I::SD),
-        Taking<Signals&, Filters&>::Of(&I::SD));
+        With<S, F, V, V>::Of(&I::FindMinMax), With<S, V, V>::Of(&I::FindMinMax),
+        With<S, F, double*, int, S>::Of(&I::GenerateVirtualVectorSignalSection),
+        With<S, double*, int, S>::Of(&I::GenerateVirtualVectorSignalSection), &I::GetMaxValue,
+        &I::GetMinValue, With<S, F, int, unsigned, S>::Of(&I::GetRandomDatas),
+        With<S, int, unsigned, S>::Of(&I::GetRandomDatas), With<S, F>::Of(&I::CV), With<S>::Of(&I::CV),
+        &I::Median, &I::RobustCV, With<S, float>::Of(&I::RobustSD), With<S, float, float>::Of(&I::RobustSD),
+        &I::RobustSD_LessMinValue, With<S, F, float>::Of(&I::SD), With<S, float>::Of(&I::SD),
+        With<S>::Of(&I::SD), With<S, F>::Of(&I::SD));
 }
 
 template <class I>
 void ExpectTransformerSlots() {
     ExpectSlotsFromOne<I>(
-        &I::GetScreenValue, Taking<SignalSection*, FilterSection*, ModelSection*>::Of(&I::GetScreenSection),
-        Taking<SignalSection*, ModelSection*>::Of(&I::GetScreenSection), &I::GetScreenSectionInTrue,
+        &I::GetScreenValue, With<SignalSection*, FilterSection*, ModelSection*>::Of(&I::GetScreenSection),
+        With<SignalSection*, ModelSection*>::Of(&I::GetScreenSection), &I::GetScreenSectionInTrue,
         &I::GetWorldValue, &I::GetWorld_Linear, &I::GetWorld_Log, &I::GetScreen_Linear, &I::GetScreen_Log);
 }
 

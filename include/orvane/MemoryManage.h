@@ -52,7 +52,7 @@ public:
     /// Sets the sizes and obtains `initCount` segments, which ReleaseToInit keeps. For an empty pool only.
     /// Throws OutOfMemoryException* like a request for storage; what was obtained by then stays in the pool.
     ///
-    /// @param segmentSize  bytes per segment (8388608 unless set), a multiple of `blockCount`
+    /// @param segmentSize  bytes per segment (8388608 unless set), a multiple of `blockCount` * 128
     /// @param blockCount   blocks per segment, 1 to 32 (32); a block holds at least `capacity` floats
     /// @param initCount    segments to obtain now (0)
     /// @param capacity     elements per float, short and bit packet (65536)
@@ -136,6 +136,7 @@ private:
     static int* NewBitArray_FromNoFullMemory();
     template <class Packet>
     static void FreeArrayOfKind(void* p);
+    template <class Packet>
     static void FreeArray(void* p, std::list<MemoryBlock*>& blocks, std::list<MemorySegment*>& segments);
 
     static void AddFreeMemorySection(MemorySegment* segment);

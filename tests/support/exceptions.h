@@ -1,4 +1,5 @@
-// Catching what the library throws: a pointer to an exception object that the catcher deletes.
+// Catching what the library throws: a pointer to an exception object that the catcher deletes, or a bare
+// text.
 #pragma once
 
 #include <memory>
@@ -16,6 +17,17 @@ std::string MessageOf(Operation operation) {
     } catch (Exception* error) {
         const std::unique_ptr<Exception> owner(error);
         return error->GetMessageException();
+    }
+    return "nothing thrown";
+}
+
+/// The bare text that `operation` throws.
+template <class Operation>
+std::string TextThrownBy(Operation operation) {
+    try {
+        operation();
+    } catch (const char* text) {
+        return text;
     }
     return "nothing thrown";
 }
