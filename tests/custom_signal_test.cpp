@@ -5,6 +5,7 @@
 #include <array>
 #include <climits>
 #include <limits>
+#include <utility>
 
 #include <orvane/OVCustomSignal.h>
 
@@ -60,21 +61,20 @@ struct Sections {
     static constexpr int Capacity = 1056;
 
     Sections() {
-        for (const int count : {0, 1, 513, Capacity - 1}) {
-            Events.push_back(new EventSection);
-            Events.back()->Initial(3);
-            Events.back()->Count = count;
+        for (std::size_t i = 0; i < Owned.size(); ++i) {
+            Owned[i].Initial(3);
+            Owned[i].Count = std::array{0, 1, 513, Capacity - 1}[i];
+            Events.push_back(&Owned[i]);
         }
     }
     Sections(const Sections&) = delete;
     Sections& operator=(const Sections&) = delete;
     ~Sections() {
-        for (EventSection* section : Events) {
-            section->Release();
-            delete section;
-        }
+        for (EventSection& section : Owned)
+            section.Release();
     }
 
+    std::array<EventSection, 4> Owned;
     I::Events Events;
 };
 
@@ -83,34 +83,27 @@ class CustomSignals : public ::testing::TestWithParam<InstructionSet> {
 };
 
 TEST_P(CustomSignals, GiveTheBitsOfTheFormulaInEverySlotAndMayOverwriteTheirOperands) {
-    struct {
-        int E;
-        float C;
-    } constexpr Constants[] = {
+    constexpr std::pair<int, float> Constants[] = {
         {0, 2.5F}, {3, -0.0F}, {-7, std::numeric_limits<float>::quiet_NaN()}, {INT_MAX, 1e-30F}};
     const SmallPool pool(Sections::Capacity);
     Sections sections;
     const std::array<Floats, 3> columns{RandomFloats(Sections::Capacity, 1),
                                         RandomFloats(Sections::Capacity, 2), Floats(Sections::Capacity, 7)};
-    for (int i = 0; i < 4 * Slots; ++i) {
-        const auto [e, c] = Constants[i % 4];
-        const int slot = i / 4;
-        const int target = i % 3;
-        SCOPED_TRACE(::testing::Message()
-                     << "slot " << slot + 1 << ", target " << target << ", constant " << e);
+    for (int test = 0; test < 4 * Slots; ++test) {
+        const auto [e, c] = Constants[test % 4];
+        const int slot = test / 4;
+        const auto target = static_cast<unsigned>(test) % 3;
+        SCOPED_TRACE(::testing::Message() << "slot " << slot + 1 << ", target " << target << ", E " << e);
         for (const EventSection* section : sections.Events)
-            for (int s = 0; s < 3; ++s)
-                std::copy_n(columns[static_cast<std::size_t>(s)].begin(), Sections::Capacity, (*section)[s]);
-        Calc(slot, sections.Events, target, 0, 1, e, c);
+            for (std::size_t s = 0; s < 3; ++s)
+                std::copy_n(columns[s].begin(), Sections::Capacity, section->Signals[s]);
+        Calc(slot, sections.Events, static_cast<int>(target), 0, 1, e, c);
         for (const EventSection* section : sections.Events) {
             std::array<Floats, 3> expected = columns;
-            for (int event = 0; event < section->Count; ++event) {
-                const auto at = static_cast<std::size_t>(event);
-                expected[static_cast<std::size_t>(target)][at] =
-                    Expected(slot, columns[0][at], columns[1][at], e, c);
-            }
+            for (std::size_t i = 0; i < static_cast<std::size_t>(section->Count); ++i)
+                expected[target][i] = Expected(slot, columns[0][i], columns[1][i], e, c);
             for (std::size_t s = 0; s < 3; ++s) {
-                const float* column = (*section)[static_cast<int>(s)];
+                const float* column = section->Signals[s];
                 ASSERT_EQ(Bits(Floats(column, column + Sections::Capacity)), Bits(expected[s])) << s;
             }
         }
@@ -118,19 +111,6 @@ TEST_P(CustomSignals, GiveTheBitsOfTheFormulaInEverySlotAndMayOverwriteTheirOper
 }
 
 INSTANTIATE_TEST_SUITE_P(Sets, CustomSignals, ::testing::ValuesIn(AvailableInstructionSets()));
-
-TEST(CustomSignal, TakesTheFirstStepFirstWithTheFirstOperandOnTheLeft) {
-    const SmallPool pool(Sections::Capacity);
-    Sections sections;
-    OVCustomSignal signals;
-    float* const* columns = sections.Events[1]->Signals;
-    columns[0][0] = 1.0F;
-    columns[1][0] = 4.0F;
-    signals.CalcSignalValue_A_ADD_B_MUL_C(sections.Events, 2, 0, 1, 3.0F);
-    EXPECT_EQ(columns[2][0], 15.0F);
-    signals.CalcSignalValue_E_SUB_B_MUL_C(sections.Events, 2, 10, 1, 0.5F);
-    EXPECT_EQ(columns[2][0], 3.0F);
-}
 
 }  // namespace
 }  // namespace Orvane
