@@ -38,41 +38,6 @@ TEST(Geometry, RectanglesAreClosedAndTakeCorners) {
         EXPECT_FALSE(rect.InRect(outside)) << outside.x << ' ' << outside.y;
 }
 
-struct PolygonCase {
-    const char* Name;
-    std::vector<OVPoint> Vertices;
-    std::vector<OVPoint> Inside;
-    std::vector<OVPoint> Outside;
-};
-
-TEST(Geometry, PolygonsOwnTheirLeftAndBottomEdges) {
-    const PolygonCase cases[] = {
-        {"square",
-         {{0, 0}, {1, 0}, {1, 1}, {0, 1}},
-         {{0.5F, 0.5F}, {0.5F, 0}, {0, 0.5F}, {0, 0}},
-         {{0.5F, 1}, {1, 0.5F}, {1, 1}, {-0.5F, 0}, {NaN, 0.5F}, {0.5F, NaN}}},
-        {"one vertex", {{1, 1}}, {}, {{1, 1}}},
-        {"two vertices", {{0, 0}, {4, 2}}, {}, {{2, 1}, {1, 1}, {0, 0}}},
-        {"two overlapping triangles", {{0, 0}, {4, 0}, {2, 4}, {0, 0}, {4, 0}, {2, 4}}, {}, {{2, 1}}},
-        {"bow tie", {{0, 0}, {4, 4}, {4, 0}, {0, 4}}, {{1, 2}, {3, 2}}, {{2, 1}, {2, 3}}},
-        // The edges at the missing vertex are never crossed, the others as ever.
-        {"NaN in the middle",
-         {{0, 0}, {9, 0}, {9, 9}, {5, NaN}, {0, 9}},
-         {{1, 1}, {1, 8}},
-         {{9, 1}, {-5, 1}}},
-    };
-    for (const PolygonCase& polygonCase : cases) {
-        SCOPED_TRACE(polygonCase.Name);
-        std::vector<OVPoint> vertices = polygonCase.Vertices;
-        OVPloygon polygon;
-        polygon.ConstructEigenValue(vertices.data(), static_cast<int>(vertices.size()));
-        for (const OVPoint& point : polygonCase.Inside)
-            EXPECT_TRUE(polygon.IsInPloygon(point.x, point.y)) << point.x << ' ' << point.y;
-        for (const OVPoint& point : polygonCase.Outside)
-            EXPECT_FALSE(polygon.IsInPloygon(point.x, point.y)) << point.x << ' ' << point.y;
-    }
-}
-
 TEST(Geometry, APolygonCanBeBuiltAnewAndWithNothing) {
     OVPoint vertices[] = {{3, 1}, {-2, 4}, {5, -6}};
     OVPloygon polygon;

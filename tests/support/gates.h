@@ -23,10 +23,12 @@ inline constexpr float Infinity = std::numeric_limits<float>::infinity();
 inline constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
 inline constexpr int None = -1;
 using Points = std::vector<OVPoint>;
-using Region = std::function<int(float, float)>;
+/// For every result of a gate, whether it holds the event at (x, y).
+using Membership = std::vector<bool>;
+using Model = std::function<Membership(float x, float y)>;
 
-/// Owns the filters of up to four regions.
-struct Results : std::array<Filters, 4> {
+/// Owns the results of the gates under test.
+struct Results : std::array<Filters, 17> {
     Results() = default;
     Results(const Results&) = delete;
     Results& operator=(const Results&) = delete;
@@ -37,37 +39,34 @@ struct Results : std::array<Filters, 4> {
 };
 using Operation = std::function<void(Signals&, Signals&, Results&)>;
 
-/// Runs a gate with as many outputs over the points, cut awkwardly and packed; result r must hold the events
-/// of region r, whatever it held before.
-inline void ExpectGate(const Points& points, std::size_t outputs, const Operation& gate,
-                       const Region& regionOf) {
-    Floats xs;
-    Floats ys;
+/// Runs gates over the points, packed and cut awkwardly; each result must hold the events the model gives it,
+/// whatever it held before.
+inline void ExpectGate(const Points& points, const Operation& gate, const Model& model) {
+    Floats xs, ys;
+    std::vector<Membership> expected;
     for (const OVPoint& point : points) {
         xs.push_back(point.x);
         ys.push_back(point.y);
+        expected.push_back(model(point.x, point.y));
     }
     Results results;
     for (const auto cut : {Sample::Cut::Packed, Sample::Cut::Awkward}) {
-        Sample x(xs, cut);
-        Sample y(ys, cut);
+        Sample x(xs, cut), y(ys, cut);
         for (Filters& filters : results)
             OVFilterSection().SetAllTrue(filters);
         gate(x.Sections, y.Sections, results);
-        for (std::size_t r = 0; r < outputs; ++r) {
+        for (std::size_t r = 0; r < expected[0].size(); ++r) {
             ASSERT_EQ(results[r].size(), x.Sections.size());
-            std::size_t next = 0;
+            auto event = expected.begin();
             for (const FilterSection* section : results[r]) {
                 int set = 0;
-                for (int i = 0; i < section->Count; ++i, ++next) {
-                    const bool expected = regionOf(xs[next], ys[next]) == static_cast<int>(r);
-                    set += static_cast<int>(expected);
-                    ASSERT_EQ(section->GetFlag(i), expected)
-                        << "region " << r << " at " << xs[next] << ' ' << ys[next];
+                for (int i = 0; i < section->Capacity; ++i) {
+                    const bool isIn = i < section->Count && (*event++)[r];
+                    set += static_cast<int>(isIn);
+                    ASSERT_EQ(section->GetFlag(i), isIn)
+                        << "result " << r << " at event " << event - expected.begin() - 1;
                 }
                 EXPECT_EQ(section->TrueCount, set);
-                for (int i = section->Count; i < section->Capacity; ++i)
-                    ASSERT_FALSE(section->GetFlag(i)) << "behind the last event";
             }
         }
     }
@@ -79,20 +78,22 @@ protected:
     ScopedInstructionSet set{GetParam()};
     OVFilter filter;
 };
+
+/// The value, or the float on either side of it.
+inline float Near(float value, std::mt19937& random) {
+    return std::array{value, std::nextafter(value, -Infinity), std::nextafter(value, Infinity)}[random() % 3];
+}
+
 /// Points whose coordinates are random, awkward, or at or next to one of `edges`.
 inline Points PointsAround(const Floats& edges, int count, unsigned seed) {
     std::mt19937 random(seed);
-    const Floats xs = RandomFloats(count, seed);
-    const Floats ys = RandomFloats(count, seed + 1);
-    const auto near = [&](float value) {
-        const float edge = edges[random() % edges.size()];
-        const std::array<float, 4> choice{value, edge, std::nextafter(edge, -Infinity),
-                                          std::nextafter(edge, Infinity)};
-        return choice[random() % 4];
+    const Floats xs = RandomFloats(count, seed), ys = RandomFloats(count, seed + 1);
+    const auto any = [&](float value) {
+        return random() % 4 == 0 ? value : Near(edges[random() % edges.size()], random);
     };
     Points points;
     for (std::size_t i = 0; i < xs.size(); ++i)
-        points.emplace_back(near(xs[i]), near(ys[i]));
+        points.emplace_back(any(xs[i]), any(ys[i]));
     return points;
 }
 
