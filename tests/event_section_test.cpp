@@ -8,10 +8,7 @@
 #include <random>
 #include <tuple>
 
-#include <orvane/MemoryManage.h>
-#include <orvane/OVEventSection.h>
-#include <orvane/OVFilterSection.h>
-#include <orvane/OVSignalSection.h>
+#include <orvane/orvane.h>
 
 #include "tests/support/awkward.h"
 #include "tests/support/exceptions.h"

@@ -101,18 +101,6 @@ TEST_P(FilterVectors, CopyTakesHeadersAndWholeBytesOnly) {
     EXPECT_EQ(dest.Sections[0]->Tag1, 7);
 }
 
-TEST_P(FilterVectors, SetAllCoversTheWholeStorage) {
-    Gate gate(Cuts, 1);
-    EXPECT_TRUE(operations.SetAllTrue(gate.Sections));
-    EXPECT_EQ(CountSet(gate.Storage()), 64 * 7);
-    EXPECT_EQ(gate.TrueCounts(), Cuts);
-    EXPECT_TRUE(operations.SetAllFalse(gate.Sections));
-    EXPECT_EQ(CountSet(gate.Storage()), 0);
-    EXPECT_EQ(gate.TrueCounts(), Counts(7, 0));
-    Filters none;
-    EXPECT_FALSE(operations.SetAllTrue(none) || operations.SetAllFalse(none));
-}
-
 TEST_P(FilterVectors, CountAndReadEvents) {
     Gate a(Cuts, 1), b({1, 31, 30, 64, 5, 64}, 2);
     const EventBits events = a.Events();

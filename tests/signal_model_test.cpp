@@ -4,10 +4,7 @@
 #include <cmath>
 #include <random>
 
-#include <orvane/OVCountSection.h>
-#include <orvane/OVModelSection.h>
-#include <orvane/OVSegmentSection.h>
-#include <orvane/OVSignalSection.h>
+#include <orvane/orvane.h>
 
 #include "tests/support/instruction_sets.h"
 #include "tests/support/pool.h"

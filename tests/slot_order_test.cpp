@@ -9,22 +9,7 @@
 #include <numeric>
 #include <vector>
 
-#include <orvane/OVCompensation.h>
-#include <orvane/OVCoordinateTransformerX.h>
-#include <orvane/OVCoordinateTransformerY.h>
-#include <orvane/OVCountSection.h>
-#include <orvane/OVCustomSignal.h>
-#include <orvane/OVEventSection.h>
-#include <orvane/OVFCSWriteRead.h>
-#include <orvane/OVFilter.h>
-#include <orvane/OVFilterSection.h>
-#include <orvane/OVMemoryAligned.h>
-#include <orvane/OVModelSection.h>
-#include <orvane/OVPloygon.h>
-#include <orvane/OVSegmentSection.h>
-#include <orvane/OVSignalSection.h>
-#include <orvane/OVStatisticsSignalSection.h>
-#include <orvane/SectionUtility.h>
+#include <orvane/orvane.h>
 
 #include "tests/support/custom_signals.h"
 

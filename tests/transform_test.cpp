@@ -10,11 +10,7 @@
 #include <string>
 #include <vector>
 
-#include <orvane/OVCalculateAlpha.h>
-#include <orvane/OVConvertLinearAndLog.h>
-#include <orvane/OVCoordinateTransform.h>
-#include <orvane/OVCoordinateTransformerX.h>
-#include <orvane/OVCoordinateTransformerY.h>
+#include <orvane/orvane.h>
 
 #include "foundation/convert.h"
 #include "tests/support/awkward.h"

@@ -10,9 +10,7 @@
 #include <random>
 #include <vector>
 
-#include <orvane/MemoryManage.h>
-#include <orvane/OVFilterSection.h>
-#include <orvane/OVSignalSection.h>
+#include <orvane/orvane.h>
 
 namespace Orvane::Testing {
 
