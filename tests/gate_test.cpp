@@ -32,7 +32,7 @@ TEST_P(GateTest, ThresholdsAreClosedBelowAndOnTheLeft) {
             [&](auto& x, auto& y, auto& r) {
                 filter.Filter_Quadrant_Fast(x, y, r[0], r[1], r[2], r[3], a, c);
                 for (const int wanted : {0, 1, 2, 3, 4, -1})
-                    filter.Filter_Quadrant(x, y, r[static_cast<std::size_t>(5 + wanted)], a, c, wanted);
+                    filter.Filter_Quadrant(x, y, r.begin()[5 + wanted], a, c, wanted);
                 filter.Filter_Vertical_Fast(x, r[10], r[11], a);
                 filter.Filter_Vertical(x, r[12], a, 0);
                 filter.Filter_Vertical(x, r[13], a, 1);
