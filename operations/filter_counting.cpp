@@ -1,5 +1,6 @@
 // Counting and reading the bits of filter vectors.
 #include <algorithm>
+#include <cstdint>
 
 #include <orvane/OVFilterSection.h>
 
@@ -13,13 +14,14 @@ long OVFilterSection::GetTotalCount(std::vector<FilterSection*>& sections) {
 }
 
 long OVFilterSection::GetTrueTotalCount(std::vector<FilterSection*>& a, std::vector<FilterSection*>& b) {
-    int sum = 0;
+    std::uint32_t sum = 0;
     for (std::size_t i = 0; i < std::min(a.size(), b.size()); ++i) {
         // Deliberate: the stored counts decide, also when they are stale.
         if (a[i]->TrueCount == 0 || b[i]->TrueCount == 0) continue;
-        sum += CountCommonBits(a[i]->Flags, b[i]->Flags, std::min(a[i]->Count, b[i]->Count));
+        const int common = CountCommonBits(a[i]->Flags, b[i]->Flags, std::min(a[i]->Count, b[i]->Count));
+        sum += static_cast<std::uint32_t>(common);
     }
-    return sum;
+    return static_cast<int>(sum);
 }
 
 long OVFilterSection::GetTrueTotalCount(std::vector<FilterSection*>& sections) {
