@@ -104,20 +104,27 @@ void WriteChannelTiles(const EventRange& range, unsigned char* raw, int wordByte
     }
 }
 
-void WriteInt16Columns(const EventRange& range, unsigned char* raw, ByteOrder order,
-                       const OVFCSIntParFormat& format) {
+template <class Word>
+void WriteIntColumns(const EventRange& range, unsigned char* raw, ByteOrder order,
+                     const OVFCSIntParFormat& format) {
     if (order == ByteOrder::Native) {
-        return WriteChannelColumns<Stored16<ByteOrder::Native>>(range, raw, format);
+        return WriteChannelColumns<StoredWord<Word, ByteOrder::Native>>(range, raw, format);
     }
-    WriteChannelColumns<Stored16<ByteOrder::Reversed>>(range, raw, format);
+    WriteChannelColumns<StoredWord<Word, ByteOrder::Reversed>>(range, raw, format);
 }
 
-void WriteInt32Columns(const EventRange& range, unsigned char* raw, ByteOrder order,
-                       const OVFCSIntParFormat& format) {
-    if (order == ByteOrder::Native) {
-        return WriteChannelColumns<Stored32<ByteOrder::Native>>(range, raw, format);
-    }
-    WriteChannelColumns<Stored32<ByteOrder::Reversed>>(range, raw, format);
+// `convert` stores the low bits of channels as words in the machine's order.
+template <class Word, class Convert>
+void WriteInt(const EventRange& range, unsigned char* raw, ByteOrder order, const OVFCSIntParFormat& format,
+              Convert convert) {
+    if (range.ParCount > TileParameters) return WriteIntColumns<Word>(range, raw, order, format);
+    constexpr int WordBytes = sizeof(Word);
+    InTiles(
+        range, raw, WordBytes,
+        [&](const EventRange& part, unsigned char* to, Stores) {
+            WriteChannelTiles(part, to, WordBytes, order, format, convert);
+        },
+        [&](const EventRange& part, unsigned char* to) { WriteIntColumns<Word>(part, to, order, format); });
 }
 
 void CopyWords(const float* words, unsigned char* raw, int count) {
@@ -150,24 +157,12 @@ void ToChannels(const float* values, int count, const ChannelRule& rule, float* 
 
 void WriteInt16(const EventRange& range, unsigned char* raw, ByteOrder order,
                 const OVFCSIntParFormat& format) {
-    if (range.ParCount > TileParameters) return WriteInt16Columns(range, raw, order, format);
-    InTiles(
-        range, raw, 2,
-        [&](const EventRange& part, unsigned char* to, Stores) {
-            WriteChannelTiles(part, to, 2, order, format, StoreLowHalves);
-        },
-        [&](const EventRange& part, unsigned char* to) { WriteInt16Columns(part, to, order, format); });
+    WriteInt<std::uint16_t>(range, raw, order, format, StoreLowHalves);
 }
 
 void WriteInt32(const EventRange& range, unsigned char* raw, ByteOrder order,
                 const OVFCSIntParFormat& format) {
-    if (range.ParCount > TileParameters) return WriteInt32Columns(range, raw, order, format);
-    InTiles(
-        range, raw, 4,
-        [&](const EventRange& part, unsigned char* to, Stores) {
-            WriteChannelTiles(part, to, 4, order, format, CopyWords);
-        },
-        [&](const EventRange& part, unsigned char* to) { WriteInt32Columns(part, to, order, format); });
+    WriteInt<std::uint32_t>(range, raw, order, format, CopyWords);
 }
 
 }  // namespace Orvane

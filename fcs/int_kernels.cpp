@@ -63,8 +63,8 @@ void ReadScaledColumn(const unsigned char* raw, std::ptrdiff_t rowBytes, float* 
 }
 
 template <class Stored>
-void ReadIntColumns(const EventRange& range, const unsigned char* raw, const OVFCSIntParFormat& format,
-                    LogTable* const* tables) {
+void ReadStoredColumns(const EventRange& range, const unsigned char* raw, const OVFCSIntParFormat& format,
+                       LogTable* const* tables) {
     const std::ptrdiff_t rowBytes = RowBytes(range, Stored::Bytes);
     InColumns(range, raw, Stored::Bytes,
               [=, &format](const unsigned char* from, int p, float* column, int n) {
@@ -102,20 +102,22 @@ bool AreFloats(const double* scales, int count) {
                        [](double scale) { return static_cast<double>(static_cast<float>(scale)) == scale; });
 }
 
-void ReadInt16Columns(const EventRange& range, const unsigned char* raw, ByteOrder order,
-                      const OVFCSIntParFormat& format, LogTable* const* tables) {
+template <class Word>
+void ReadIntColumns(const EventRange& range, const unsigned char* raw, ByteOrder order,
+                    const OVFCSIntParFormat& format, LogTable* const* tables) {
     if (order == ByteOrder::Native) {
-        return ReadIntColumns<Stored16<ByteOrder::Native>>(range, raw, format, tables);
+        return ReadStoredColumns<StoredWord<Word, ByteOrder::Native>>(range, raw, format, tables);
     }
-    ReadIntColumns<Stored16<ByteOrder::Reversed>>(range, raw, format, tables);
+    ReadStoredColumns<StoredWord<Word, ByteOrder::Reversed>>(range, raw, format, tables);
 }
 
-void ReadInt32Columns(const EventRange& range, const unsigned char* raw, ByteOrder order,
-                      const OVFCSIntParFormat& format, LogTable* const* tables) {
-    if (order == ByteOrder::Native) {
-        return ReadIntColumns<Stored32<ByteOrder::Native>>(range, raw, format, tables);
-    }
-    ReadIntColumns<Stored32<ByteOrder::Reversed>>(range, raw, format, tables);
+template <class Word, class ReadTiles>
+void ReadInt(const EventRange& range, const unsigned char* raw, ByteOrder order,
+             const OVFCSIntParFormat& format, LogTable* const* tables, ReadTiles readTiles) {
+    if (!FitsTiles(format, range.ParCount)) return ReadIntColumns<Word>(range, raw, order, format, tables);
+    InTiles(range, raw, sizeof(Word), readTiles, [&](const EventRange& part, const unsigned char* from) {
+        ReadIntColumns<Word>(part, from, order, format, tables);
+    });
 }
 
 void ReadInt16Tiles(const EventRange& range, const unsigned char* raw, ByteOrder order, Stores stores,
@@ -130,28 +132,18 @@ void ReadInt16Tiles(const EventRange& range, const unsigned char* raw, ByteOrder
 
 void ReadInt16(const EventRange& range, const unsigned char* raw, ByteOrder order,
                const OVFCSIntParFormat& format, LogTable* const* tables) {
-    if (!FitsTiles(format, range.ParCount)) return ReadInt16Columns(range, raw, order, format, tables);
-    InTiles(
-        range, raw, 2,
-        [&](const EventRange& part, const unsigned char* from, Stores stores) {
-            ReadInt16Tiles(part, from, order, stores, format);
-        },
-        [&](const EventRange& part, const unsigned char* from) {
-            ReadInt16Columns(part, from, order, format, tables);
-        });
+    ReadInt<std::uint16_t>(range, raw, order, format, tables,
+                           [&](const EventRange& part, const unsigned char* from, Stores stores) {
+                               ReadInt16Tiles(part, from, order, stores, format);
+                           });
 }
 
 void ReadInt32(const EventRange& range, const unsigned char* raw, ByteOrder order,
                const OVFCSIntParFormat& format, LogTable* const* tables) {
-    if (!FitsTiles(format, range.ParCount)) return ReadInt32Columns(range, raw, order, format, tables);
-    InTiles(
-        range, raw, 4,
-        [&](const EventRange& part, const unsigned char* from, Stores stores) {
-            ReadScaledTiles<double>(part, from, 4, order, stores, format, ScaleRow32);
-        },
-        [&](const EventRange& part, const unsigned char* from) {
-            ReadInt32Columns(part, from, order, format, tables);
-        });
+    ReadInt<std::uint32_t>(range, raw, order, format, tables,
+                           [&](const EventRange& part, const unsigned char* from, Stores stores) {
+                               ReadScaledTiles<double>(part, from, 4, order, stores, format, ScaleRow32);
+                           });
 }
 
 // Deliberate: signs and blanks are folded like digits; a wrong number is no error here.
