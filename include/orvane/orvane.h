@@ -7,6 +7,7 @@
 #include <orvane/Exceptions.h>
 #include <orvane/MemoryManage.h>
 #include <orvane/MemoryPackets.h>
+#include <orvane/OVBitmapData.h>
 #include <orvane/OVCalculateAlpha.h>
 #include <orvane/OVCompensation.h>
 #include <orvane/OVConvertLinearAndLog.h>
@@ -25,6 +26,7 @@
 #include <orvane/OVModelSection.h>
 #include <orvane/OVNthElementSection.h>
 #include <orvane/OVPloygon.h>
+#include <orvane/OVPlotData.h>
 #include <orvane/OVPoint.h>
 #include <orvane/OVRect.h>
 #include <orvane/OVSegmentSection.h>
