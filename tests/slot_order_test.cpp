@@ -235,6 +235,12 @@ TEST(SlotOrder, Gates) {
                           &I::Filter_Hinged, &I::Filter_Hinged_Fast, &I::Filter_Ploygon);
 }
 
+TEST(SlotOrder, Histograms) {
+    ExpectSlotsFromOne<IOVPlotViewHistogram>(&IOVPlotViewHistogram::ConvertSignalToCount);
+    ExpectSlotsFromOne<IOVPlotViewHistogram_MultiSample>(
+        &IOVPlotViewHistogram_MultiSample::ConvertSignalToCount);
+}
+
 TEST(SlotOrder, FCSWriteRead) {
     using I = OpenFCSWriteRead;
     ExpectSlotsFromOne<I>(&I::WriteFCSData, &I::ReadFCSData, &I::WriteFCSData_Double, &I::WriteFCSData_Float,

@@ -27,6 +27,8 @@
 #include <orvane/OVNthElementSection.h>
 #include <orvane/OVPloygon.h>
 #include <orvane/OVPlotData.h>
+#include <orvane/OVPlotViewHistogram.h>
+#include <orvane/OVPlotViewHistogram_MultiSample.h>
 #include <orvane/OVPoint.h>
 #include <orvane/OVRect.h>
 #include <orvane/OVSegmentSection.h>
