@@ -7,6 +7,7 @@
 #include <orvane/Exceptions.h>
 #include <orvane/MemoryManage.h>
 #include <orvane/MemoryPackets.h>
+#include <orvane/OVBinConstructor.h>
 #include <orvane/OVBitmapData.h>
 #include <orvane/OVCalculateAlpha.h>
 #include <orvane/OVCompensation.h>
@@ -25,10 +26,12 @@
 #include <orvane/OVMemoryAligned.h>
 #include <orvane/OVModelSection.h>
 #include <orvane/OVNthElementSection.h>
-#include <orvane/OVPloygon.h>
 #include <orvane/OVPlotData.h>
+#include <orvane/OVPlotViewContour.h>
+#include <orvane/OVPlotViewDensity.h>
 #include <orvane/OVPlotViewHistogram.h>
 #include <orvane/OVPlotViewHistogram_MultiSample.h>
+#include <orvane/OVPloygon.h>
 #include <orvane/OVPoint.h>
 #include <orvane/OVRect.h>
 #include <orvane/OVSegmentSection.h>
