@@ -5,21 +5,17 @@
 #include <string>
 #include <vector>
 
-namespace Host {
+#include "colors.h"
 
-struct Color {
-    unsigned char red;
-    unsigned char green;
-    unsigned char blue;
-};
+namespace Host {
 
 /// From `min` at the left or bottom edge of the plot area to `max` at the other.
 struct Axis {
     std::string label;
     double min = 0;
     double max = 1;
-    double alpha =
-        0;  ///< the width of the linear region of an asinh axis, in data units; 0 for a linear axis
+    /// The width of the linear region of an asinh axis, in data units; 0 for a linear axis.
+    double alpha = 0;
 };
 
 /// A whole picture in units of 1/96 inch, and how many pixels stand for a unit.
@@ -54,7 +50,7 @@ struct DataPoint {
 
 /// The border of a gate. Infinite values mean that the gate is open there: up to the edge of the plot area.
 struct Outline {
-    std::string label;
+    std::string label;  ///< may have several lines: a name, a per cent
     std::vector<DataPoint> points;
     bool closed = true;
     Color color;
@@ -69,7 +65,6 @@ struct ContourLine {
 /// A histogram: a filled curve, its height in each pixel column of the plot area as a share of the area's
 /// height.
 struct Curve {
-    std::string label;
     std::vector<float> heights;
     Color color;
 };

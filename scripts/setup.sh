@@ -4,7 +4,7 @@
 set -euo pipefail
 
 packages=(g++ cmake ninja-build pkg-config libgtest-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev
-          libpugixml-dev)
+          libpugixml-dev libcairo2-dev fonts-dejavu-core)
 if [ "${1:-}" = "--lint" ]; then packages+=(clang-format clang-tidy clang); fi
 
 if ! command -v dpkg-query >/dev/null; then
