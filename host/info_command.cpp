@@ -6,103 +6,22 @@
 #include <sstream>
 
 #include "display.h"
-#include "fcs_file.h"
-#include "numbers.h"
-#include "parallel.h"
-#include "table.h"
+#include "file_description.h"
+#include "opened_files.h"
 
 namespace Host {
 namespace {
 
 using Json = nlohmann::ordered_json;
 
-struct Description {
-    FcsFile file;
-    std::vector<std::string> warnings;
-};
-
-Description Describe(const std::string& path, bool strict) {
-    Findings findings(strict);
-    FcsFile file = OpenFcsFile(path, findings);
-    return {std::move(file), findings.Warnings()};
-}
-
-const char* SourceName(const DataSegment& data) {
-    return data.source == DataSegment::Source::Header ? "HEADER" : "TEXT";
-}
-
-const char* TypeName(const EventLayout& layout) {
-    switch (layout.type) {
-        case DataType::Integer:
-            return "I, integers";
-        case DataType::Float:
-            return "F, 32-bit floating point";
-        case DataType::Double:
-            return "D, 64-bit floating point";
-        default:
-            return layout.freeFormat ? "A, ASCII in free format" : "A, ASCII";
+void Print(std::ostream& out, const std::string& path, const OpenedFile& opened) {
+    constexpr std::size_t NameWidth = 13;
+    out << Printable(path) << '\n';
+    for (const Property& property : DescribeFile(opened.file)) {
+        out << property.name << std::string(NameWidth - property.name.size(), ' ') << property.value << '\n';
     }
-}
-
-std::string OrDash(const std::optional<double>& value) {
-    return value ? Shortest(*value) : "-";
-}
-
-std::string LastByte(const DataSegment& data) {
-    return data.length == 0 ? "nothing" : ToText({data.begin, data.begin + data.length - 1});
-}
-
-/// Where a segment is, as it stands in the file.
-std::string Place(const Offsets& offsets) {
-    return offsets == Offsets{} ? "nowhere" : ToText(offsets);
-}
-
-void PrintSpillover(std::ostream& out, const FcsFile& file) {
-    if (!file.spillover) return;
-    const std::string size = std::to_string(file.spillover->names.size());
-    out << "spill-over   " << file.spillover->keyword << ", " << size << " x " << size << ":";
-    for (const std::string& name : file.spillover->names) {
-        out << (&name == &file.spillover->names.front() ? " " : ", ") << Printable(name);
-    }
-    out << '\n';
-}
-
-void PrintParameters(std::ostream& out, const EventLayout& layout) {
-    using Align = Table::Align;
-    Table table({{"n", Align::Right},
-                 {"$PnN", Align::Left},
-                 {"$PnS", Align::Left},
-                 {layout.type == DataType::Ascii ? "characters" : "bits", Align::Right},
-                 {"range", Align::Right},
-                 {"amplification", Align::Left},
-                 {"gain", Align::Right}});
-    for (std::size_t p = 0; p < layout.parameters.size(); ++p) {
-        const Parameter& parameter = layout.parameters[p];
-        table.Add({std::to_string(p + 1), Printable(parameter.name), Printable(parameter.stain),
-                   layout.freeFormat ? "*" : std::to_string(parameter.width), OrDash(parameter.range),
-                   parameter.IsLog()
-                       ? "log " + Shortest(parameter.decades) + "," + Shortest(parameter.logOffset)
-                       : "linear",
-                   OrDash(parameter.gain)});
-    }
-    table.Print(out);
-}
-
-void Print(std::ostream& out, const std::string& path, const Description& description) {
-    const FcsFile& file = description.file;
-    const DataSegment& data = file.data;
-    out << Printable(path) << '\n'
-        << "version      " << file.header.version << '\n'
-        << "HEADER       TEXT " << Place(file.header.text) << ", DATA " << Place(file.header.data)
-        << ", ANALYSIS " << Place(file.header.analysis) << '\n'
-        << "TEXT         DATA " << Place(data.text) << '\n'
-        << "DATA         " << LastByte(data) << ", as " << SourceName(data) << " says\n"
-        << "data type    " << TypeName(file.layout) << '\n';
-    if (file.layout.byteOrder) out << "byte order   " << Printable(file.layout.byteOrder->Text()) << '\n';
-    out << "events       " << data.events << '\n' << "parameters   " << file.layout.parameters.size() << '\n';
-    PrintSpillover(out, file);
-    PrintParameters(out, file.layout);
-    for (const std::string& warning : description.warnings)
+    TabulateParameters(opened.file.layout).Print(out);
+    for (const std::string& warning : opened.findings.Warnings())
         out << "warning: " << warning << '\n';
 }
 
@@ -137,8 +56,8 @@ Json ToJson(const std::optional<Spillover>& spillover) {
     return {{"keyword", spillover->keyword}, {"names", std::move(names)}, {"matrix", std::move(matrix)}};
 }
 
-Json ToJson(const std::string& path, const Description& description) {
-    const FcsFile& file = description.file;
+Json ToJson(const std::string& path, const OpenedFile& opened) {
+    const FcsFile& file = opened.file;
     Json parameters = Json::array();
     for (const Parameter& parameter : file.layout.parameters)
         parameters.push_back(ToJson(parameter));
@@ -156,10 +75,10 @@ Json ToJson(const std::string& path, const Description& description) {
         {"events", file.data.events},
         {"spillover", ToJson(file.spillover)},
         {"parameters", std::move(parameters)},
-        {"warnings", description.warnings}};
+        {"warnings", opened.findings.Warnings()}};
 }
 
-std::string FormatInfo(const std::vector<std::string>& paths, const std::vector<Outcome<Description>>& files,
+std::string FormatInfo(const std::vector<std::string>& paths, const std::vector<Outcome<OpenedFile>>& files,
                        Format format) {
     std::ostringstream out;
     Json list = Json::array();
@@ -179,8 +98,7 @@ std::string FormatInfo(const std::vector<std::string>& paths, const std::vector<
 }  // namespace
 
 int RunInfo(const InfoOptions& options) {
-    const auto files = Collect<Description>(
-        options.files.size(), 1, [&](std::size_t i) { return Describe(options.files[i], options.strict); });
+    const auto files = OpenAll(options.files, 1, options.strict);
     const int status = PrintRefusals(options.files, files);
     const bool any =
         std::any_of(files.begin(), files.end(), [](const auto& file) { return file.result.has_value(); });

@@ -7,7 +7,6 @@
 
 #include "display.h"
 #include "numbers.h"
-#include "table.h"
 
 namespace Host {
 namespace {
@@ -89,21 +88,6 @@ std::string TableNumber(const ParameterStatistics& row, const NamedStatistic& st
     return Rounded(statistic.isRatio ? 100.0 * *value : *value);
 }
 
-void PrintPopulation(std::ostream& out, const PopulationStatistics& population) {
-    std::vector<Table::Column> columns{{Printable(population.population.name), Table::Align::Left},
-                                       {"count", Table::Align::Right}};
-    for (const NamedStatistic& statistic : Statistics)
-        columns.push_back({statistic.title, Table::Align::Right});
-    Table table(std::move(columns));
-    for (const ParameterStatistics& row : population.parameters) {
-        std::vector<std::string> cells{Printable(row.parameter), std::to_string(row.count)};
-        for (const NamedStatistic& statistic : Statistics)
-            cells.push_back(TableNumber(row, statistic));
-        table.Add(std::move(cells));
-    }
-    table.Print(out);
-}
-
 std::string FormatTables(const std::vector<FileStatistics>& files) {
     std::ostringstream out;
     for (const FileStatistics& file : files) {
@@ -112,7 +96,7 @@ std::string FormatTables(const std::vector<FileStatistics>& files) {
         if (!file.tree.empty()) PrintTree(out, file.tree);
         for (const PopulationStatistics& population : file.populations) {
             if (!file.tree.empty()) out << '\n';
-            PrintPopulation(out, population);
+            TabulateStatistics(population, Printable(population.population.name)).Print(out);
         }
         PrintWarnings(out, file.summary);
     }
@@ -133,6 +117,20 @@ ParameterStatistics::ParameterStatistics(std::string name, const Orvane::OVSigna
     if (count == 1) return;
     sd = Finite(statistics.SD);
     cv = Finite(statistics.CV);
+}
+
+Table TabulateStatistics(const PopulationStatistics& population, const std::string& first) {
+    std::vector<Table::Column> columns{{first, Table::Align::Left}, {"count", Table::Align::Right}};
+    for (const NamedStatistic& statistic : Statistics)
+        columns.push_back({statistic.title, Table::Align::Right});
+    Table table(std::move(columns));
+    for (const ParameterStatistics& row : population.parameters) {
+        std::vector<std::string> cells{Printable(row.parameter), std::to_string(row.count)};
+        for (const NamedStatistic& statistic : Statistics)
+            cells.push_back(TableNumber(row, statistic));
+        table.Add(std::move(cells));
+    }
+    return table;
 }
 
 std::string FormatStatistics(const std::vector<FileStatistics>& files, Format format) {

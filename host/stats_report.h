@@ -9,6 +9,7 @@
 #include <orvane/OVSignalStatistics.h>
 
 #include "population_report.h"
+#include "table.h"
 
 namespace Host {
 
@@ -38,6 +39,9 @@ struct FileStatistics {
     std::vector<PopulationSummary> tree;  ///< of all populations; empty without gates
     std::vector<PopulationStatistics> populations;
 };
+
+/// One row per parameter below the title `first`, numbers rounded, CVs in per cent.
+Table TabulateStatistics(const PopulationStatistics& population, const std::string& first);
 
 /// The text of a result. JSON and CSV hold every number with the digits that bring it back; the table rounds,
 /// and gives CVs in per cent.

@@ -22,6 +22,9 @@ public:
 
     void Print(std::ostream& out) const;
 
+    const std::vector<Column>& Columns() const { return columns_; }
+    const std::vector<std::vector<std::string>>& Rows() const { return rows_; }
+
 private:
     std::vector<Column> columns_;
     std::vector<std::vector<std::string>> rows_;
