@@ -241,6 +241,12 @@ TEST(SlotOrder, Histograms) {
         &IOVPlotViewHistogram_MultiSample::ConvertSignalToCount);
 }
 
+TEST(SlotOrder, DotPlots) {
+    ExpectSlotsFromOne<IOVPlotViewDot>(&IOVPlotViewDot::RenderPlot, &IOVPlotViewDot::SetBitmapColor);
+    using I = IOVPlotViewDot_MultiSample;
+    ExpectSlotsFromOne<I>(&I::RenderPlot, &I::SetBitmapColor);
+}
+
 TEST(SlotOrder, FCSWriteRead) {
     using I = OpenFCSWriteRead;
     ExpectSlotsFromOne<I>(&I::WriteFCSData, &I::ReadFCSData, &I::WriteFCSData_Double, &I::WriteFCSData_Float,

@@ -29,6 +29,8 @@
 #include <orvane/OVPlotData.h>
 #include <orvane/OVPlotViewContour.h>
 #include <orvane/OVPlotViewDensity.h>
+#include <orvane/OVPlotViewDot.h>
+#include <orvane/OVPlotViewDot_MultiSample.h>
 #include <orvane/OVPlotViewHistogram.h>
 #include <orvane/OVPlotViewHistogram_MultiSample.h>
 #include <orvane/OVPloygon.h>
