@@ -5,10 +5,7 @@
 namespace Host {
 namespace {
 
-std::optional<StrategyBinding> Bind(const Analysis& analysis, const EventLayout& layout) {
-    if (!analysis.strategy) return std::nullopt;
-    return std::optional<StrategyBinding>(std::in_place, *analysis.strategy, layout);
-}
+const Strategy NoGates;
 
 void CheckPopulation(const Analysis& analysis) {
     std::string names = Strategy::Everything;
@@ -39,10 +36,10 @@ Analysis ReadAnalysis(const AnalysisOptions& options, ValueKind values) {
 GatedSample::GatedSample(FcsFile& file, const Analysis& analysis, Findings& findings,
                          const std::function<void(std::uint64_t)>& progress)
     : compensation_(ChooseCompensation(analysis.compensation, file.spillover, file.layout, findings)),
-      binding_(Bind(analysis, file.layout)),
+      binding_(analysis.strategy ? *analysis.strategy : NoGates, file.layout),
       sample_(file, analysis.values, progress),
       compensated_(sample_.Events(), compensation_) {
-    if (binding_) populations_ = Evaluate(*binding_, sample_.Events(), compensated_.Sections());
+    populations_ = Evaluate(binding_, sample_.Events(), compensated_.Sections());
 }
 
 }  // namespace Host

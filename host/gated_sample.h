@@ -44,15 +44,21 @@ public:
     /// All events, compensated.
     std::vector<Orvane::EventSection*>& Events() { return compensated_.Sections(); }
 
-    /// Whether any of them differ from those of the file.
+    /// All events as they stand in the file.
+    std::vector<Orvane::EventSection*>& RawEvents() { return sample_.Events(); }
+
+    /// Whether the two differ.
     bool IsCompensated() const { return !compensation_.ChangesNothing(); }
+
+    /// The strategy in terms of the columns; one without gates when there is none.
+    const StrategyBinding& Binding() const { return binding_; }
 
     /// One population for every gate of the strategy, in its order.
     std::vector<GatedPopulation>& Populations() { return populations_; }
 
 private:
     Compensation compensation_;
-    std::optional<StrategyBinding> binding_;
+    StrategyBinding binding_;
     Sample sample_;
     CompensatedEvents compensated_;
     std::vector<GatedPopulation> populations_;

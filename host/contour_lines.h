@@ -1,0 +1,28 @@
+// Lines of equal height through a grid of densities.
+#pragma once
+
+#include <vector>
+
+#include "figure.h"
+
+namespace Host {
+
+/// Densities at the centers of pixels, row by row from the top.
+struct DensityGrid {
+    int width;
+    int height;
+    std::vector<float> cells;
+};
+
+/// `grid` smoothed by a Gaussian of standard deviation `sigma` pixels. Beyond the border everything is 0.
+DensityGrid Smooth(const DensityGrid& grid, double sigma);
+
+/// The density above which the share `share` (0 to 1) of the grid's total lies; 0 for an empty grid.
+float LevelEnclosing(const DensityGrid& grid, double share);
+
+/// The lines along which the grid, interpolated between centers, has the height `level` > 0, each as long as
+/// it goes. Beyond its border the grid is taken as 0, so every line is closed. Points are in pixels from the
+/// upper left corner of the grid.
+std::vector<ContourLine> TraceContour(const DensityGrid& grid, float level, Color color);
+
+}  // namespace Host
