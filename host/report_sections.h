@@ -1,0 +1,24 @@
+// What a report says about one file, and how it is set out.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "file_description.h"
+#include "html.h"
+#include "report_pictures.h"
+#include "stats_report.h"
+
+namespace Host {
+
+struct ReportedFile {
+    FileStatistics statistics;
+    std::vector<Property> properties;  ///< what the file says about itself
+    Table parameters;
+    ReportPictures pictures;
+};
+
+/// The sections about a file, which are headings of the third level; their ids begin with `id`.
+void WriteSections(Html& html, const ReportedFile& file, const std::string& id);
+
+}  // namespace Host
