@@ -6,8 +6,8 @@
 
 namespace Host {
 
-/// `orvane` and `arguments`, quoted where a POSIX shell needs it; bytes that cannot be shown as they are stand
-/// in the $'...' form.
+/// `orvane` and `arguments`, quoted where a POSIX shell needs it; bytes that cannot be shown as they are
+/// stand in the $'...' form.
 std::string QuoteCommandLine(const std::vector<std::string>& arguments);
 
 }  // namespace Host

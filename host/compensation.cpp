@@ -148,6 +148,13 @@ CompensationChoice ReadCompensationChoice(const std::string& text) {
     return {Source::Given, ReadSpilloverCsv(text)};
 }
 
+const Spillover* ChosenMatrix(const CompensationChoice& choice, const std::optional<Spillover>& ofFile) {
+    using Source = CompensationChoice::Source;
+    if (choice.source == Source::None) return nullptr;
+    if (choice.source == Source::Given) return &choice.matrix;
+    return ofFile ? &*ofFile : nullptr;
+}
+
 Compensation ChooseCompensation(const CompensationChoice& choice, const std::optional<Spillover>& ofFile,
                                 const EventLayout& layout, Findings& findings) {
     using Source = CompensationChoice::Source;

@@ -68,6 +68,9 @@ struct CompensationChoice {
 /// Refusal.
 CompensationChoice ReadCompensationChoice(const std::string& text);
 
+/// The matrix chosen for a file whose own is `ofFile`; null for none.
+const Spillover* ChosenMatrix(const CompensationChoice& choice, const std::optional<Spillover>& ofFile);
+
 /// The compensation of a file with these parameters and this matrix of its own. Throws Refusal when the
 /// chosen matrix cannot be used, but only warns of one that nobody asked for.
 Compensation ChooseCompensation(const CompensationChoice& choice, const std::optional<Spillover>& ofFile,

@@ -6,11 +6,13 @@
 #include <map>
 #include <string>
 
+#include "command_line.h"
 #include "convert_command.h"
 #include "gate_command.h"
 #include "info_command.h"
 #include "output.h"
 #include "parallel.h"
+#include "report_command.h"
 #include "stats_command.h"
 
 namespace {
@@ -119,6 +121,16 @@ void AddConvert(CLI::App& program, Host::ConvertOptions& options, int& status) {
     });
 }
 
+void AddReport(CLI::App& program, Host::ReportOptions& options, int& status) {
+    CLI::App* command = program.add_subcommand("report", "Make a web page about FCS files");
+    command->add_option("files", options.files, "FCS files")->required();
+    AddAnalysis(*command, options.analysis);
+    command->add_option("-o,--output", options.output, "The HTML file to write")->required();
+    command->add_option("--jobs", options.jobs, "Number of files at a time")->check(CLI::Range(1, 1024));
+    command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
+    command->callback([&] { status = Host::RunReport(options); });
+}
+
 int Run(int argc, char** argv) {
     CLI::App program("Flow cytometry list-mode files: what they hold, in numbers", "orvane");
     program.require_subcommand(1);
@@ -127,11 +139,14 @@ int Run(int argc, char** argv) {
     Host::StatsOptions stats;
     Host::GateOptions gate;
     Host::ConvertOptions convert;
+    Host::ReportOptions report;
+    report.commandLine = Host::QuoteCommandLine({argv + 1, argv + argc});
     int status = 0;
     AddInfo(program, info, status);
     AddStats(program, stats, status);
     AddGate(program, gate, status);
     AddConvert(program, convert, status);
+    AddReport(program, report, status);
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

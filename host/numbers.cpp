@@ -48,8 +48,13 @@ std::string Shortest(float value) {
 std::string Shortest(double value) {
     return ToText(value);
 }
-std::string Rounded(double value) {
-    return ToText(value, std::chars_format::general, 6);
+std::string Rounded(double value, int digits) {
+    return ToText(value, std::chars_format::general, digits);
+}
+
+std::string PercentText(double percent) {
+    if (percent != 0 && percent < 0.1) return Rounded(percent, 2);
+    return ToText(percent, std::chars_format::fixed, 2);
 }
 
 }  // namespace Host

@@ -22,6 +22,9 @@ std::string Shortest(float value);
 std::string Shortest(double value);
 
 /// About six significant digits, for a table.
-std::string Rounded(double value);
+std::string Rounded(double value, int digits = 6);
+
+/// 0 to 100 with two decimals, or with two significant digits where those would be zeros.
+std::string PercentText(double percent);
 
 }  // namespace Host

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <string>
+#include <utility>
 
 #include "column_statistics.h"
 
@@ -22,8 +23,6 @@ ParameterStatistics Measure(Column& column, const std::string& name, const std::
     return {name, static_cast<std::uint64_t>(statistics.Count)};
 }
 
-}  // namespace
-
 PopulationStatistics MeasurePopulation(const PopulationSummary& population, GatedSample& sample,
                                        const EventLayout& layout, const std::vector<std::size_t>& parameters,
                                        Findings& findings) {
@@ -34,6 +33,24 @@ PopulationStatistics MeasurePopulation(const PopulationSummary& population, Gate
         result.parameters.push_back(
             Measure(column, layout.parameters[p].name, population.name, members, findings));
     }
+    return result;
+}
+
+}  // namespace
+
+FileStatistics MeasureFile(const std::string& path, OpenedFile& opened, GatedSample& sample,
+                           const Analysis& analysis, const std::vector<std::size_t>& parameters) {
+    auto& [file, findings] = opened;
+    const std::uint64_t events = file.data.events;
+    std::vector<PopulationSummary> tree = ListPopulations(analysis, sample.Populations(), events);
+    FileStatistics result;
+    for (const PopulationSummary& population : tree) {
+        if (!analysis.population.empty() && population.name != analysis.population) continue;
+        result.populations.push_back(
+            MeasurePopulation(population, sample, file.layout, parameters, findings));
+    }
+    result.summary = {path, file.header.version, events, findings.Warnings()};
+    if (analysis.strategy) result.tree = std::move(tree);
     return result;
 }
 

@@ -43,16 +43,16 @@ void WriteContents(Html& html, const std::vector<std::string>& paths,
     for (std::size_t i = 0; i < paths.size(); ++i) {
         const Element item(html, "li");
         html.Leaf("a", FileName(paths[i]), {{"href", "#" + SectionId(i)}});
-        html.Text(files[i].result ? ", " + std::to_string(files[i].result->statistics.summary.events) +
-                                        " events"
-                                  : ", refused");
+        html.Text(files[i].result
+                      ? ", " + std::to_string(files[i].result->statistics.summary.events) + " events"
+                      : ", refused");
     }
 }
 
-void WriteFile(Html& html, std::size_t index, const std::string& path,
-               const Outcome<ReportedFile>& outcome) {
+void WriteFile(Html& html, std::size_t index, const std::string& path, const Outcome<ReportedFile>& outcome) {
     const std::string id = SectionId(index);
-    const Element section(html, "section", {{"id", id}, {"class", "file"}, {"aria-labelledby", id + "-name"}});
+    const Element section(html, "section",
+                          {{"id", id}, {"class", "file"}, {"aria-labelledby", id + "-name"}});
     html.Leaf("h2", FileName(path), {{"id", id + "-name"}});
     if (outcome.result) {
         WriteSections(html, *outcome.result, id);

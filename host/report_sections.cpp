@@ -12,7 +12,8 @@ using Element = Html::Element;
 class Section {
 public:
     Section(Html& html, const std::string& file, const char* name, const char* title)
-        : section_(html, "section", {{"id", file + "-" + name}, {"aria-labelledby", file + "-" + name + "-title"}}) {
+        : section_(html, "section",
+                   {{"id", file + "-" + name}, {"aria-labelledby", file + "-" + name + "-title"}}) {
         html.Leaf("h3", title, {{"id", file + "-" + name + "-title"}});
     }
 
@@ -24,7 +25,8 @@ private:
 class ScrollBox {
 public:
     ScrollBox(Html& html, const std::string& label)
-        : box_(html, "div", {{"class", "scroll"}, {"role", "region"}, {"tabindex", "0"}, {"aria-label", label}}) {}
+        : box_(html, "div",
+               {{"class", "scroll"}, {"role", "region"}, {"tabindex", "0"}, {"aria-label", label}}) {}
 
 private:
     Element box_;
@@ -76,11 +78,6 @@ void WriteTable(Html& html, const Table& table, const std::string& caption, std:
     }
 }
 
-/// Two decimals, or two digits where those would be zeros.
-std::string PercentText(float percent) {
-    return percent == 0 || percent >= 0.1F ? Fixed(percent, 2) : Rounded(percent, 2);
-}
-
 /// The share as a number and as a bar.
 void WriteShare(Html& html, const std::optional<float>& percent) {
     if (!percent) {
@@ -88,7 +85,7 @@ void WriteShare(Html& html, const std::optional<float>& percent) {
         return;
     }
     html.Leaf("td", PercentText(*percent),
-              {{"class", "number share"}, {"style", "--share: " + Fixed(*percent, 2) + "%"}});
+              {{"class", "number share"}, {"style", "--share: " + PercentText(*percent) + "%"}});
 }
 
 void WriteTree(Html& html, const std::vector<PopulationSummary>& tree, const std::string& id) {
@@ -97,9 +94,10 @@ void WriteTree(Html& html, const std::vector<PopulationSummary>& tree, const std
     const ScrollBox box(html, "Populations");
     const Element table(html, "table", {{"class", "tree"}});
     html.Leaf("caption", "Every population below its parent");
-    html.Raw("<thead><tr><th scope=\"col\">population</th><th scope=\"col\" class=\"number\">events</th>"
-             "<th scope=\"col\" class=\"number\">% of parent</th>"
-             "<th scope=\"col\" class=\"number\">% of all</th></tr></thead>");
+    html.Raw(
+        "<thead><tr><th scope=\"col\">population</th><th scope=\"col\" class=\"number\">events</th>"
+        "<th scope=\"col\" class=\"number\">% of parent</th>"
+        "<th scope=\"col\" class=\"number\">% of all</th></tr></thead>");
     const Element body(html, "tbody");
     for (const PopulationSummary& population : tree) {
         const Element row(html, "tr");
@@ -135,9 +133,9 @@ void WriteGates(Html& html, const std::vector<Picture>& gates, const std::string
 void WriteStatistics(Html& html, const FileStatistics& statistics, const std::string& id) {
     const Section section(html, id, "statistics", "Statistics");
     for (const PopulationStatistics& population : statistics.populations) {
-        WriteTable(html, TabulateStatistics(population, "parameter"),
-                   population.population.name + ", " + std::to_string(population.population.count) + " events",
-                   0);
+        WriteTable(
+            html, TabulateStatistics(population, "parameter"),
+            population.population.name + ", " + std::to_string(population.population.count) + " events", 0);
     }
 }
 

@@ -26,17 +26,7 @@ FileStatistics Measure(const std::string& path, const StatsOptions& options, con
     auto& [file, findings] = opened;
     const std::vector<std::size_t> parameters = ChooseParameters(file.layout, options.parameters);
     GatedSample sample(file, analysis, findings, [&](std::uint64_t amount) { progress.Add(amount); });
-    const std::uint64_t events = file.data.events;
-    std::vector<PopulationSummary> tree = ListPopulations(analysis, sample.Populations(), events);
-    FileStatistics result;
-    for (const PopulationSummary& population : tree) {
-        if (!analysis.population.empty() && population.name != analysis.population) continue;
-        result.populations.push_back(
-            MeasurePopulation(population, sample, file.layout, parameters, findings));
-    }
-    result.summary = {path, file.header.version, events, findings.Warnings()};
-    if (analysis.strategy) result.tree = std::move(tree);
-    return result;
+    return MeasureFile(path, opened, sample, analysis, parameters);
 }
 
 }  // namespace
