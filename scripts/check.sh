@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/setup.sh
+scripts/setup.sh --browser
 cmake --preset release
 cmake --build --preset release
 ctest --preset release --parallel 2

@@ -1,11 +1,16 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need, and only those that are missing.
-# Usage: scripts/setup.sh [--lint]   (--lint adds the formatter and the linter)
+# Usage: scripts/setup.sh [--lint] [--browser]   (adds the formatter and the linter; a browser for its test)
 set -euo pipefail
 
 packages=(g++ cmake ninja-build pkg-config libgtest-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev
           libpugixml-dev libcairo2-dev fonts-dejavu-core)
-if [ "${1:-}" = "--lint" ]; then packages+=(clang-format clang-tidy clang); fi
+for option in "$@"; do
+    case $option in
+        --lint) packages+=(clang-format clang-tidy clang) ;;
+        --browser) packages+=(chromium python3) ;;
+    esac
+done
 
 if ! command -v dpkg-query >/dev/null; then
     echo "Not a Debian system: please provide the equivalents of ${packages[*]}" >&2

@@ -21,27 +21,25 @@ class Browser:
     def __init__(self, program, profile):
         to_browser, self.sending = os.pipe()
         self.receiving, from_browser = os.pipe()
-        pipes = {to_browser: 3, from_browser: 4}
         options = ["--headless=new", "--remote-debugging-pipe", "--disable-gpu", "--no-first-run",
                    f"--user-data-dir={profile}"]
         if os.geteuid() == 0:
             options.append("--no-sandbox")  # which cannot be set up by root
-        # The browser expects its ends at the numbers 3 and 4; the shell puts them there.
-        moves = " ".join(f"{new}<&{old}" if new == 3 else f"{new}>&{old}" for old, new in pipes.items())
+        # The browser expects its ends at the numbers 3 and 4.
+        command = f'exec "$@" 3<&{to_browser} 4>&{from_browser}'
         self.process = subprocess.Popen(
-            ["sh", "-c", f'exec "$@" {moves}', "sh", program, *options], pass_fds=list(pipes),
+            ["sh", "-c", command, "sh", program, *options], pass_fds=[to_browser, from_browser],
             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        for end in pipes:
-            os.close(end)
+        os.close(to_browser)
+        os.close(from_browser)
         self.buffer = b""
         self.last_id = 0
         self.events = []
+        self.session = None
         target = self.call("Target.createTarget", url="about:blank")["targetId"]
         self.session = self.call("Target.attachToTarget", targetId=target, flatten=True)["sessionId"]
         for domain in ("Page", "Runtime", "Log", "Network"):
             self.call(f"{domain}.enable")
-
-    session = None
 
     def close(self):
         self.process.terminate()
