@@ -119,7 +119,7 @@ void Spread(const Planes& planes, int halves, std::uint16_t unassigned, std::uin
     SpreadPortable(planes, halves, unassigned, numbers);
 }
 
-ORVANE_KERNEL_INLINE int KeepSelectedBody(const std::uint32_t* select, int count, std::uint16_t* values) {
+int KeepSelectedPortable(const std::uint32_t* select, int count, std::uint16_t* values) {
     int kept = 0;
     for (int start = 0; start < count; start += 32) {
         std::uint32_t word = select[start / 32];
@@ -131,6 +131,45 @@ ORVANE_KERNEL_INLINE int KeepSelectedBody(const std::uint32_t* select, int count
     }
     return kept;
 }
+
+#if ORVANE_WIDE_KERNELS
+
+/// For every set of eight lanes, the bytes that move its 16-bit lanes to the front, in order.
+struct PackingTable {
+    constexpr PackingTable() : Bytes() {
+        for (unsigned lanes = 0; lanes < 256; ++lanes) {
+            unsigned next = 0;
+            for (unsigned lane = 0; lane < 8; ++lane) {
+                if ((lanes >> lane & 1U) == 0) continue;
+                Bytes[lanes][next++] = static_cast<std::uint8_t>(2 * lane);
+                Bytes[lanes][next++] = static_cast<std::uint8_t>(2 * lane + 1);
+            }
+        }
+    }
+    alignas(16) std::uint8_t Bytes[256][16];
+};
+
+constexpr PackingTable Packing;
+
+ORVANE_TARGET_AVX2 int KeepSelectedAvx2(const std::uint32_t* select, int count, std::uint16_t* values) {
+    int kept = 0;
+    int start = 0;
+    // Eight lanes are stored, but never past the eight that were read.
+    for (; count - start >= 8; start += 8) {
+        const std::uint32_t lanes = (select[start / 32] >> (start % 32)) & 0xFFU;
+        const __m128i eight = _mm_loadu_si128(reinterpret_cast<const __m128i*>(values + start));
+        const __m128i bytes = _mm_load_si128(reinterpret_cast<const __m128i*>(Packing.Bytes[lanes]));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(values + kept), _mm_shuffle_epi8(eight, bytes));
+        kept += std::popcount(lanes);
+    }
+    for (; start < count; ++start) {
+        values[kept] = values[start];
+        kept += static_cast<int>((select[start / 32] >> (start % 32)) & 1U);
+    }
+    return kept;
+}
+
+#endif
 
 /// packed[i] = the bits of values[i] at the set positions of masks[i], moved together at the low end.
 void ExtractBitsPortable(const std::uint32_t* values, const std::uint32_t* masks, int words,
@@ -211,8 +250,12 @@ void NumberEvents(std::span<const std::uint32_t* const> filters, const std::uint
     std::copy_n(last, count - start, numbers + start);
 }
 
-ORVANE_MULTIVERSION(int, KeepSelected, (const std::uint32_t* select, int count, std::uint16_t* values),
-                    (select, count, values))
+int KeepSelected(const std::uint32_t* select, int count, std::uint16_t* values) {
+#if ORVANE_WIDE_KERNELS
+    if (ActiveInstructionSet() != InstructionSet::Baseline) return KeepSelectedAvx2(select, count, values);
+#endif
+    return KeepSelectedPortable(select, count, values);
+}
 
 void PackSelectedBits(const std::uint32_t* select, const std::uint32_t* bits, int begin, int end,
                       std::uint32_t* out, int position) {

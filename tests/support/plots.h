@@ -28,6 +28,11 @@ struct Raster : OVBitmapData {
     Cells Storage;  ///< all cells, row after row, the spare ones included
 };
 
+/// How a plot says which events it shows.
+enum class Shown { Everything, EmptyPopulation, Population, PopulationFilters };
+constexpr Shown WaysToShow[] = {Shown::Everything, Shown::EmptyPopulation, Shown::Population,
+                                Shown::PopulationFilters};
+
 /// Describes two parameters without population and gates, which the test adds.
 struct Plot : OVPlotData {
     explicit Plot(Signals& xs, Signals& ys) {
@@ -43,6 +48,16 @@ struct Plot : OVPlotData {
         info->Filters = filters;
         return info;
     }
+    /// Names `population` in one of the ways, or every event. Filters that go before a population contradict
+    /// it.
+    void Show(Shown way, Gate& population, Gate& other) {
+        if (way == Shown::EmptyPopulation) Population = Info(nullptr);
+        if (way == Shown::Population) Population = Info(&population.Sections);
+        if (way == Shown::PopulationFilters) {
+            Population = Info(&other.Sections);
+            PopulationFilters = &population.Sections;
+        }
+    }
     void AddGate(Filters* filters) { Gates->push_back(Info(filters)); }
 };
 
@@ -57,6 +72,13 @@ struct Axes {
     std::unique_ptr<IOVCoordinateTransformerX> X;
     std::unique_ptr<IOVCoordinateTransformerY> Y;
 };
+
+/// For each event whether a plot that names `population` in this way shows it.
+inline std::vector<bool> ShownEvents(Shown way, const Gate& population) {
+    std::vector<bool> events = population.Events();
+    if (way == Shown::Everything || way == Shown::EmptyPopulation) events.assign(events.size(), true);
+    return events;
+}
 
 /// The pixel of every event on one axis, sections end to end, by the transformer's unfiltered form.
 template <class Transformer>
