@@ -2,19 +2,54 @@
 
 #include <algorithm>
 
+#include "foundation/instruction_set.h"
+
 namespace Orvane {
+namespace {
 
-void MarkCells(const OVBitmapData& raster, const Pixels& pixels, int v) {
-    ChangeCells(raster, pixels, [v](int& cell, int /*event*/) { cell = v; });
+struct SetTo {
+    int Value;
+
+    ORVANE_KERNEL_INLINE void operator()(int& cell, int /*event*/) const { cell = Value; }
+};
+
+struct RaiseTo {
+    const unsigned short* Numbers;
+
+    ORVANE_KERNEL_INLINE void operator()(int& cell, int event) const {
+        cell = std::max<int>(cell, Numbers[event]);
+    }
+};
+
+struct AddFlag {
+    int Flag;
+
+    ORVANE_KERNEL_INLINE void operator()(int& cell, int /*event*/) const { cell |= Flag; }
+};
+
+ORVANE_KERNEL_INLINE void MarkCellsBody(const OVBitmapData& raster, const Pixels& pixels, int v) {
+    ChangeCells(raster, pixels, SetTo{v});
 }
 
-void RaiseCells(const OVBitmapData& raster, const Pixels& pixels, const unsigned short* numbers) {
-    ChangeCells(raster, pixels,
-                [numbers](int& cell, int event) { cell = std::max<int>(cell, numbers[event]); });
+ORVANE_KERNEL_INLINE void RaiseCellsBody(const OVBitmapData& raster, const Pixels& pixels,
+                                         const unsigned short* numbers) {
+    ChangeCells(raster, pixels, RaiseTo{numbers});
 }
 
-void FlagCells(const OVBitmapData& raster, const Pixels& pixels, int flag) {
-    ChangeCells(raster, pixels, [flag](int& cell, int /*event*/) { cell |= flag; });
+ORVANE_KERNEL_INLINE void FlagCellsBody(const OVBitmapData& raster, const Pixels& pixels, int flag) {
+    ChangeCells(raster, pixels, AddFlag{flag});
 }
+
+}  // namespace
+
+ORVANE_MULTIVERSION(void, MarkCells, (const OVBitmapData& raster, const Pixels& pixels, int v),
+                    (raster, pixels, v))
+
+ORVANE_MULTIVERSION(void, RaiseCells,
+                    (const OVBitmapData& raster, const Pixels& pixels, const unsigned short* numbers),
+                    (raster, pixels, numbers))
+
+ORVANE_MULTIVERSION(void, FlagCells, (const OVBitmapData& raster, const Pixels& pixels, int flag),
+                    (raster, pixels, flag))
 
 }  // namespace Orvane

@@ -12,6 +12,7 @@
 
 #include <orvane/orvane.h>
 
+#include "tests/support/awkward.h"
 #include "tests/support/instruction_sets.h"
 #include "tests/support/plots.h"
 #include "tests/support/pool.h"
