@@ -6,6 +6,7 @@
 #include <map>
 #include <string>
 
+#include "acquire_command.h"
 #include "command_line.h"
 #include "convert_command.h"
 #include "gate_command.h"
@@ -131,6 +132,29 @@ void AddReport(CLI::App& program, Host::ReportOptions& options, int& status) {
     command->callback([&] { status = Host::RunReport(options); });
 }
 
+void AddAcquire(CLI::App& program, Host::AcquireOptions& options) {
+    constexpr int MostEvents = 10'000'000;
+    constexpr int HighestRate = 1'000'000;
+    CLI::App* command = program.add_subcommand("acquire", "Acquire events from a simulated instrument");
+    command->footer(
+        "The instrument measures blood stained in six colors. The same seed gives the same file, byte for "
+        "byte, at any rate.\nAn interrupt (Ctrl-C) stops the acquisition; the events so far are kept.");
+    command->add_option("--events", options.events, "Number of events")
+        ->check(CLI::Range(1, MostEvents))
+        ->capture_default_str();
+    command->add_option("--seed", options.seed, "What the blood is drawn from")
+        ->check(CLI::NonNegativeNumber)
+        ->capture_default_str();
+    command
+        ->add_option("--rate", options.rate,
+                     "Events per second; 0 for as fast as possible, which is the default")
+        ->check(CLI::Range(0, HighestRate));
+    command->add_option("--gates", options.gates,
+                        "Gates to count while it runs, as Gating-ML 2.0, instead of those for leukocytes");
+    command->add_option("-o,--output", options.output, "FCS file to write")->required();
+    command->callback([&] { Host::RunAcquire(options); });
+}
+
 int Run(int argc, char** argv) {
     CLI::App program("Flow cytometry list-mode files: what they hold, in numbers", "orvane");
     program.require_subcommand(1);
@@ -141,12 +165,14 @@ int Run(int argc, char** argv) {
     Host::ConvertOptions convert;
     Host::ReportOptions report;
     report.commandLine = Host::QuoteCommandLine({argv + 1, argv + argc});
+    Host::AcquireOptions acquire;
     int status = 0;
     AddInfo(program, info, status);
     AddStats(program, stats, status);
     AddGate(program, gate, status);
     AddConvert(program, convert, status);
     AddReport(program, report, status);
+    AddAcquire(program, acquire);
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -1,37 +1,42 @@
 #!/usr/bin/env bash
-# Sets up, builds and shows what Orvane does with a list-mode file: the one given, or a sample that it makes.
-# Usage: scripts/demo.sh [FILE.fcs]
+# Sets up, builds and shows what Orvane does with a list-mode file: the one given, with a gating strategy if there is
+# one for it, or one that it acquires from its simulated instrument and gates with examples/strategy.xml.
+# Usage: scripts/demo.sh [FILE.fcs [STRATEGY.xml]]
 set -euo pipefail
 file=${1:+$(realpath "$1")}
+strategy=${2:+$(realpath "$2")}
 cd "$(dirname "$0")/.."
 
 scripts/setup.sh
 cmake --preset release >/dev/null
-cmake --build --preset release --target orvane_program make_sample
+cmake --build --preset release --target orvane_program
 
-programs=build/release/host
+orvane=build/release/host/orvane
 out=build/demo
 mkdir -p "$out"
 if [ -z "$file" ]; then
     file=$out/sample.fcs
     strategy=examples/strategy.xml
-    "$programs/make_sample" "$file"
-fi
-
-"$programs/orvane" info "$file"
-echo
-"$programs/orvane" stats "$file"
-"$programs/orvane" stats "$file" --format csv -o "$out/statistics.csv"
-"$programs/orvane" stats "$file" --format json -o "$out/statistics.json"
-
-if [ -n "${strategy:-}" ]; then
+    "$orvane" acquire --events 50000 --gates "$strategy" -o "$file"
     echo
-    "$programs/orvane" gate "$file" --gates "$strategy"
-    "$programs/orvane" stats "$file" --gates "$strategy" --format csv -o "$out/populations.csv"
+fi
+gates=()
+if [ -n "$strategy" ]; then gates=(--gates "$strategy"); fi
+
+"$orvane" info "$file"
+echo
+"$orvane" stats "$file"
+"$orvane" stats "$file" --format csv -o "$out/statistics.csv"
+"$orvane" stats "$file" --format json -o "$out/statistics.json"
+results=("$out/statistics.csv" "$out/statistics.json")
+
+if [ -n "$strategy" ]; then
+    echo
+    "$orvane" gate "$file" "${gates[@]}"
+    "$orvane" stats "$file" "${gates[@]}" --format csv -o "$out/populations.csv"
+    results+=("$out/populations.csv")
 fi
 
 echo
-echo "As tables for other programs:"
-echo "  $PWD/$out/statistics.csv"
-echo "  $PWD/$out/statistics.json"
-if [ -n "${strategy:-}" ]; then echo "  $PWD/$out/populations.csv"; fi
+echo "To open:"
+printf "  $PWD/%s\n" "${results[@]}"
