@@ -88,10 +88,10 @@ class Browser:
                       windowsVirtualKeyCode=13)
 
 
-def make_report(host, make_sample, strategy, directory):
+def make_report(host, strategy, directory):
     sample = directory / "sample.fcs"
     report = directory / "report.html"
-    subprocess.run([make_sample, sample], check=True)
+    subprocess.run([host, "acquire", "--events", "20000", "-o", sample], check=True)
     subprocess.run([host, "report", sample, "--gates", strategy, "-o", report], check=True)
     return report
 
@@ -135,14 +135,14 @@ def check_silence(browser, url):
     assert url in asked and not strangers, f"the page asks for {strangers}"
 
 
-def main(host, make_sample, strategy, directory):
+def main(host, strategy, directory):
     program = shutil.which("chromium")
     if not program:
         return SKIPPED
     directory = pathlib.Path(directory)
     shutil.rmtree(directory, ignore_errors=True)
     directory.mkdir(parents=True)
-    url = make_report(host, make_sample, strategy, directory).as_uri()
+    url = make_report(host, strategy, directory).as_uri()
     browser = Browser(program, directory / "profile")
     try:
         browser.open(url)
