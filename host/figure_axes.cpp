@@ -98,6 +98,12 @@ std::vector<double> Multiples(const Axis& axis, double step) {
     return values;
 }
 
+/// Twos are halved, ones and fives cut into fifths.
+int MinorParts(double step) {
+    const double digits = step / std::pow(10.0, FloorLog10(step * 1.001));
+    return std::lround(digits) == 2 ? 2 : 5;
+}
+
 Ticks FindRoundTicks(const Axis& axis, int pixels, double spacing) {
     const AxisScale scale(axis, pixels);
     const double range = axis.max - axis.min;
@@ -106,10 +112,7 @@ Ticks FindRoundTicks(const Axis& axis, int pixels, double spacing) {
     Ticks ticks;
     for (const double value : Multiples(axis, step))
         ticks.labelled.push_back({scale.Position(value), labels.Label(value)});
-    // Halves of twos, fifths of ones and fives.
-    const bool two = step / std::pow(10.0, FloorLog10(step * 1.001)) > 1.5 &&
-                     step / std::pow(10.0, FloorLog10(step * 1.001)) < 3;
-    for (const double value : Multiples(axis, step / (two ? 2 : 5)))
+    for (const double value : Multiples(axis, step / MinorParts(step)))
         ticks.minor.push_back(scale.Position(value));
     return ticks;
 }

@@ -10,6 +10,10 @@
 
 namespace Host {
 
+constexpr Color White{0xFF, 0xFF, 0xFF};
+constexpr Color DarkInk{0x22, 0x22, 0x22};
+constexpr Color QuietInk{0x5A, 0x5A, 0x5A};
+
 /// In pixels from the upper left corner of the sheet.
 struct Point {
     double x;

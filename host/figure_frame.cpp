@@ -11,9 +11,6 @@
 namespace Host {
 namespace {
 
-constexpr Color Ink{0x22, 0x22, 0x22};
-constexpr Color QuietInk{0x5A, 0x5A, 0x5A};
-
 // In multiples of the layout's em.
 constexpr double TickLabelSize = 0.9;
 constexpr double LeastTickLabelSize = 0.55;
@@ -26,13 +23,13 @@ constexpr double LabelSpacingX = 5;
 constexpr double LabelSpacingY = 3.2;
 
 void FillBox(Canvas& canvas, const Box& box) {
-    SetColor(canvas.Context(), Ink);
+    SetColor(canvas.Context(), DarkInk);
     cairo_rectangle(canvas.Context(), box.left, box.top, box.width, box.height);
     cairo_fill(canvas.Context());
 }
 
 void DrawTitles(Canvas& canvas, const Layout& layout, const Figure& figure) {
-    const TextStyle title{1.2 * layout.em, Ink, true};
+    const TextStyle title{1.2 * layout.em, DarkInk, true};
     const TextStyle subtitle{0.95 * layout.em, QuietInk};
     const double left = layout.area.left;
     const double width = layout.width - PageMargin * layout.em - left;
@@ -93,7 +90,7 @@ private:
 
     /// Labels of the vertical axis get smaller where they would reach its name.
     TextStyle LabelStyle(const std::vector<Tick>& ticks) {
-        TextStyle style{TickLabelSize * layout_.em, Ink};
+        TextStyle style{TickLabelSize * layout_.em, DarkInk};
         if (!vertical_) return style;
         double widest = 1;
         for (const Tick& tick : ticks)
@@ -154,7 +151,7 @@ void DrawOffScale(Canvas& canvas, const Layout& layout, const OffScale& offScale
 }
 
 void DrawAxisNames(Canvas& canvas, const Layout& layout, const Figure& figure) {
-    const TextStyle style{layout.em, Ink};
+    const TextStyle style{layout.em, DarkInk};
     const Box area = layout.AreaBox();
     const TextStyle counts{OffScaleSize * layout.em, QuietInk};
     const double taken = TextWidth(canvas, OffScaleText("▾", figure.offScale.below), counts);

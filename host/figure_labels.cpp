@@ -8,19 +8,19 @@
 namespace Host {
 namespace {
 
-constexpr Color Ink{0x22, 0x22, 0x22};
-constexpr Color White{255, 255, 255};
-
 // In multiples of the layout's em, lines in multiples of the font's size.
 constexpr double LabelSize = 0.92;
 constexpr double LegendSize = 0.88;
 constexpr double LineHeight = 1.2;
 constexpr double Gap = 0.35;
 
+constexpr int LegendSteps = 16;  ///< places tried for the legend on either axis
+
 /// What covering a label with another one costs, against covering so much data.
 constexpr double OverlapCost = 20;
-constexpr double ForeignGateCost = 0.3;
-constexpr double RankCost = 0.02;
+constexpr double ForeignGateCost = 2;
+constexpr double LabelRankCost = 0.01;
+constexpr double LegendRankCost = 1e-4;
 
 struct TextBlock {
     std::vector<std::string> lines;
@@ -44,12 +44,13 @@ public:
         bounds_ = {area.left + gap_, area.top + gap_, area.width - 2 * gap_, area.height - 2 * gap_};
     }
 
-    /// The first of the cheapest candidates, once inside the plot area. `foreign` boxes are best avoided.
-    Box Place(std::vector<Box> candidates, const std::vector<Box>& foreign) {
+    /// The cheapest candidate, moved into the plot area; each costs `rankCost` more than the one before.
+    /// `foreign` boxes are best avoided.
+    Box Place(std::vector<Box> candidates, const std::vector<Box>& foreign, double rankCost) {
         std::vector<double> costs;
         for (Box& candidate : candidates) {
             candidate = MovedInside(candidate, bounds_);
-            costs.push_back(Cost(candidate, foreign) + RankCost * static_cast<double>(costs.size()));
+            costs.push_back(Cost(candidate, foreign) + rankCost * static_cast<double>(costs.size()));
         }
         const auto best = std::min_element(costs.begin(), costs.end()) - costs.begin();
         placed_.push_back(candidates[static_cast<std::size_t>(best)]);
@@ -112,7 +113,7 @@ public:
 
     void DrawLegend(const std::vector<LegendEntry>& entries) {
         if (entries.empty()) return;
-        const TextStyle style{LegendSize * layout_.em, Ink};
+        const TextStyle style{LegendSize * layout_.em, DarkInk};
         const std::vector<LegendEntry> shown = FittingEntries(entries, style.size * LineHeight);
         std::vector<std::string> texts;
         double width = 0;
@@ -125,12 +126,10 @@ public:
         const Box box =
             PlaceLegend(width + swatch + 2.6 * padding,
                         static_cast<double>(texts.size()) * style.size * LineHeight + 1.2 * padding);
-        Backdrop(box);
+        Fill(box, White, 0.85);
         for (std::size_t i = 0; i < texts.size(); ++i) {
             const double top = box.top + 0.6 * padding + static_cast<double>(i) * style.size * LineHeight;
-            if (i < entries.size())
-                Swatch({box.left + padding, top + 0.22 * style.size, swatch, 0.75 * style.size},
-                       shown[i].color);
+            Fill({box.left + padding, top + 0.22 * style.size, swatch, 0.75 * style.size}, shown[i].color);
             DrawText(canvas_, texts[i], style, {box.left + 1.6 * padding + swatch, top + 0.95 * style.size});
         }
     }
@@ -142,7 +141,7 @@ public:
         const TextBlock block = Measure(canvas_, outline.label, style, 0.6 * layout_.area.width);
         const double height = static_cast<double>(block.lines.size()) * style.size * LineHeight;
         const Box box = placing_.Place(LabelCandidates(frame, block.width, height, placing_.Spacing()),
-                                       Foreign(outlines, index));
+                                       Foreign(outlines, index), LabelRankCost);
         double baseline = box.top + 0.95 * style.size;
         for (const std::string& line : block.lines) {
             DrawText(canvas_, line, style, {box.left + box.width / 2, baseline}, Align::Center);
@@ -161,24 +160,24 @@ private:
         return entries;
     }
 
+    /// Corners first, then anywhere.
     Box PlaceLegend(double width, double height) {
-        const Box& bounds = placing_.Bounds();
         std::vector<Box> candidates;
-        for (const Point& place : {Point{1, 0}, Point{0, 0}, Point{1, 1}, Point{0, 1}, Point{0.5, 0},
-                                   Point{1, 0.5}, Point{0, 0.5}})
-            candidates.push_back(Anchored(bounds, width, height, place.x, place.y));
-        return placing_.Place(std::move(candidates), {});
+        const auto Add = [&](double x, double y) {
+            candidates.push_back(Anchored(placing_.Bounds(), width, height, x, y));
+        };
+        for (const Point& corner : {Point{1, 0}, Point{0, 0}, Point{1, 1}, Point{0, 1}})
+            Add(corner.x, corner.y);
+        for (int row = 0; row <= LegendSteps; ++row) {
+            for (int column = LegendSteps; column >= 0; --column)
+                Add(static_cast<double>(column) / LegendSteps, static_cast<double>(row) / LegendSteps);
+        }
+        return placing_.Place(std::move(candidates), {}, LegendRankCost);
     }
 
-    void Backdrop(const Box& box) {
+    void Fill(const Box& box, Color color, double opacity = 1) {
         cairo_rectangle(canvas_.Context(), box.left, box.top, box.width, box.height);
-        SetColor(canvas_.Context(), White, 0.85);
-        cairo_fill(canvas_.Context());
-    }
-
-    void Swatch(const Box& box, Color color) {
-        cairo_rectangle(canvas_.Context(), box.left, box.top, box.width, box.height);
-        SetColor(canvas_.Context(), color);
+        SetColor(canvas_.Context(), color, opacity);
         cairo_fill(canvas_.Context());
     }
 

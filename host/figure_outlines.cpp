@@ -9,8 +9,6 @@
 namespace Host {
 namespace {
 
-constexpr Color White{255, 255, 255};
-
 // In multiples of the layout's em.
 constexpr double LineWidth = 0.125;
 constexpr double CasingWidth = 0.26;
@@ -126,17 +124,12 @@ private:
 
 std::vector<Box> DrawOutlines(Canvas& canvas, const Layout& layout, const Figure& figure) {
     cairo_t* context = canvas.Context();
-    const Box area = layout.AreaBox();
-    cairo_save(context);
-    cairo_rectangle(context, area.left, area.top, area.width, area.height);
-    cairo_clip(context);
     cairo_set_line_join(context, CAIRO_LINE_JOIN_ROUND);
     cairo_set_line_cap(context, CAIRO_LINE_CAP_ROUND);
     OutlineDrawing drawing(canvas, layout, figure);
     std::vector<Box> boxes;
     for (const Outline& outline : figure.outlines)
         boxes.push_back(drawing.Draw(outline));
-    cairo_restore(context);
     return boxes;
 }
 

@@ -1,5 +1,7 @@
 #include "figure_text.h"
 
+#include <fontconfig/fontconfig.h>
+
 #include <algorithm>
 #include <numbers>
 
@@ -9,10 +11,19 @@ namespace Host {
 namespace {
 
 constexpr char FontFamily[] = "DejaVu Sans";
-constexpr Color White{255, 255, 255};
 constexpr double HaloWidth = 0.3;  ///< of the font's size
 
+/// Cairo and Fontconfig keep their fonts for the next picture. They are released when the program ends, so
+/// that a leak checker finds leaks alone.
+struct FontCaches {
+    ~FontCaches() {
+        cairo_debug_reset_static_data();
+        FcFini();
+    }
+};
+
 void SelectFont(cairo_t* context, const TextStyle& style) {
+    static const FontCaches caches;
     cairo_select_font_face(context, FontFamily, CAIRO_FONT_SLANT_NORMAL,
                            style.bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
     cairo_set_font_size(context, style.size);
