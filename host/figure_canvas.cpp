@@ -46,7 +46,7 @@ Canvas::Canvas(int width, int height)
 }
 
 double Canvas::Ink(const Box& box) const {
-    constexpr std::uint32_t White = 0xFFFFFF;
+    constexpr std::uint32_t WhitePixel = 0xFFFFFF;
     cairo_surface_t* surface = surface_.get();
     cairo_surface_flush(surface);
     const int left = std::max(0, static_cast<int>(box.left));
@@ -62,7 +62,7 @@ double Canvas::Ink(const Box& box) const {
         for (int column = left; column < right; ++column) {
             std::uint32_t pixel = 0;
             std::memcpy(&pixel, bytes + std::ptrdiff_t{column} * 4, sizeof pixel);
-            inked += (pixel & White) != White ? 1 : 0;
+            inked += (pixel & WhitePixel) != WhitePixel ? 1 : 0;
         }
     }
     return static_cast<double>(inked) / std::max(1, (right - left) * (bottom - top));
