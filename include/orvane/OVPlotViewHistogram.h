@@ -25,10 +25,10 @@ public:
     /// gate j to `counts[j]`, which runs parallel to `Gates`, and recomputes every `TotalCount`. Counters are
     /// not cleared before. A gate with null `Filters` holds every event.
     ///
-    /// `Gates` must have a background entry, as FindBackgroundIndex finds it, and every count section a
-    /// counter for each column that the transformer yields for an event of the population; nothing of this is
-    /// checked. Pixel columns and virtual events are temporary storage of the pool: OutOfMemoryException* is
-    /// thrown when it is exhausted, with some sections counted and totals as they were.
+    /// `Gates` must have a background entry, as FindBackgroundIndex finds it; this is not checked. Columns
+    /// from a count section's `Count` on are not counted there, and column 65535 never. Pixel columns and
+    /// virtual events are temporary storage of the pool: OutOfMemoryException* is thrown when it is
+    /// exhausted, with some sections counted and totals as they were.
     virtual void ConvertSignalToCount(OVPlotData& data, std::vector<CountSection*>& counts,
                                       IOVCoordinateTransformerX* x) = 0;
 };

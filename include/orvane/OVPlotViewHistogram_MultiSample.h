@@ -20,9 +20,8 @@ public:
     /// with null `XSections` are left out.
     ///
     /// Deliberate: `TotalCount` stays, unlike in the view of one sample; the counters are not cleared before.
-    /// Every count section must have a counter for each column that the transformer yields for an event of
-    /// its population; this is not checked. OutOfMemoryException* is thrown when the pool is exhausted, with
-    /// some of the events counted.
+    /// Columns from a count section's `Count` on are not counted there, and column 65535 never.
+    /// OutOfMemoryException* is thrown when the pool is exhausted, with some of the events counted.
     virtual void ConvertSignalToCount(std::vector<OVPlotData*>& samples, std::vector<CountSection*>& counts,
                                       IOVCoordinateTransformerX* x) = 0;
 };

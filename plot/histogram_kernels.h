@@ -1,0 +1,25 @@
+// Kernels of the histograms: bin numbers counted for several gates at once, and gates of virtual events.
+// Event i of a gate is bit i % 32 of word i / 32; bits at or above a count are never used.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "operations/model_kernels.h"
+
+namespace Orvane {
+
+struct GateCounters {
+    const std::uint32_t* Members;  ///< one bit per event; null for every event
+    Counters Bins;
+};
+
+/// Adds 1 to the counter of every bin number, in `all` and in every gate that has the event. Numbers at or
+/// above a counter's capacity are skipped, and 65535 always.
+void CountByGate(const unsigned short* bins, int count, Counters all, std::span<const GateCounters> gates);
+
+/// Every event stands for `times` consecutive ones of a longer sequence: stores the bits of `count` of those,
+/// from `first` on.
+void RepeatBits(const std::uint32_t* bits, int times, int first, int count, std::uint32_t* out);
+
+}  // namespace Orvane
