@@ -72,7 +72,7 @@ Acquisition MakeAcquisition(const Compensation& compensation) {
     return {channelMap, gains, compensation, WindowEvents};
 }
 
-/// The sizes of buffers, and when they are due: ten times a second, or as soon as possible.
+/// The sizes of buffers, and when they are due: at least ten times a second if there are so many events.
 class Pace {
 public:
     explicit Pace(int rate) : rate_(rate) {}

@@ -1,7 +1,7 @@
 """Opens a report in headless Chromium, as its reader does, and uses it: everything is there, tables sort,
 nothing is fetched and nothing goes wrong. Speaks the browser's debugging protocol over a pair of pipes.
 
-Arguments: the host program, the program that makes a sample, a gating strategy, a directory to work in.
+Arguments: the host program, a gating strategy, a directory to work in.
 Exit status 77 where there is no browser.
 """
 
