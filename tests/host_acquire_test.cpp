@@ -76,7 +76,7 @@ TEST_F(HostAcquire, BloodLooksLikeBlood) {
 
 /// The last counts are those of the last 10 000 events, here put into a file of their own.
 TEST_F(HostAcquire, CountsTheLastEventsLive) {
-    const std::string file = Acquire("a.fcs", {"--events", "23456", "--gates", Gates});
+    const std::string file = Acquire("a.fcs", {"--events", "23457", "--gates", Gates});
     constexpr int Window = 10000;
     const Strings names{"FSC-A",         "FSC-H", "FSC-W",    "SSC-A",    "FITC-A", "PE-A",
                         "PerCP-Cy5-5-A", "APC-A", "PE-Cy7-A", "APC-H7-A", "Time"};
@@ -89,7 +89,7 @@ TEST_F(HostAcquire, CountsTheLastEventsLive) {
     const std::string data = DataOf(file);
     builder.data = data.substr(data.size() - Window * names.size() * sizeof(float));
 
-    const std::string lastLine = run_.out.substr(run_.out.find("23456 events"));
+    const std::string lastLine = run_.out.substr(run_.out.find("23457 events"));
     std::map<std::string, int> counts = Populations(Write(builder, "window.fcs"));
     EXPECT_EQ(counts["All"], Window);
     counts.erase("All");
