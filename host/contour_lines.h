@@ -17,8 +17,12 @@ struct DensityGrid {
 /// `grid` smoothed by a Gaussian of standard deviation `sigma` pixels. Beyond the border everything is 0.
 DensityGrid Smooth(const DensityGrid& grid, double sigma);
 
-/// The density above which the share `share` (0 to 1) of the grid's total lies; 0 for an empty grid.
-float LevelEnclosing(const DensityGrid& grid, double share);
+/// The same for one row.
+std::vector<float> Smooth(const std::vector<float>& row, double sigma);
+
+/// For each of `shares` (0 to 1) the density above which that share of the grid's total lies; 0 where there
+/// is nothing.
+std::vector<float> LevelsEnclosing(const DensityGrid& grid, const std::vector<double>& shares);
 
 /// The lines along which the grid, interpolated between centers, has the height `level` > 0, each as long as
 /// it goes. Beyond its border the grid is taken as 0, so every line is closed. Points are in pixels from the

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <functional>
-#include <optional>
 #include <vector>
 
 #include "figure.h"
@@ -10,18 +9,19 @@
 
 namespace Host {
 
-/// The data value that a scale maps to `scaled`. Beyond a bound of the scale it is infinite: there all values
-/// have become the bound.
+/// The data value that a scale maps to `scaled`. Where a bound of the scale has replaced the values, it is
+/// infinite.
 double InvertScale(const Scale& scale, double scaled);
 
 /// Tells whether two dimensions have the same values before any scale.
 using SameValues = std::function<bool(const Dimension&, const Dimension&)>;
 
-/// Where the gate lies over an x and a y axis that show the values of two dimensions without their scale:
-/// rectangles and quadrants with infinite values on open sides, polygons with points along their edges, as an
-/// edge that is straight on the gate's scale need not be so on another. A range of one dimension is open
-/// along the other axis; `y` is null for histograms. None when the gate has other dimensions or is no region.
-std::optional<Outline> FindOutline(const Strategy& strategy, const Gate& gate, const Dimension& x,
+/// The closed line around a gate over an x and a y axis that show the values of two dimensions without their
+/// scale. Rectangles and quadrants have infinite values on open sides. Polygons have points along their
+/// edges, as what is straight on the gate's scale need not be so on that of the plot. A range of one
+/// dimension is open along the other axis; `y` is null for histograms. Empty when the gate has other
+/// dimensions or no border of its own.
+std::vector<DataPoint> FindOutline(const Strategy& strategy, const Gate& gate, const Dimension& x,
                                    const Dimension* y, const SameValues& same);
 
 }  // namespace Host

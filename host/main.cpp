@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "acquire_command.h"
 #include "command_line.h"
@@ -13,6 +14,7 @@
 #include "info_command.h"
 #include "output.h"
 #include "parallel.h"
+#include "plot_command.h"
 #include "report_command.h"
 #include "stats_command.h"
 
@@ -33,11 +35,19 @@ const std::map<std::string, bool> ByteOrders{{"little", true}, {"big", false}};
 const std::map<std::string, Host::ValueKind> ValueKinds{{"channel", Host::ValueKind::Channel},
                                                         {"scale", Host::ValueKind::Scale}};
 
+const std::map<std::string, Host::PlotKind> PlotKinds{{"dot", Host::PlotKind::Dot},
+                                                      {"density", Host::PlotKind::Density},
+                                                      {"contour", Host::PlotKind::Contour},
+                                                      {"histogram", Host::PlotKind::Histogram}};
+const std::map<std::string, Host::ScaleChoice> ScaleChoices{{"linear", Host::ScaleChoice::Linear},
+                                                            {"asinh", Host::ScaleChoice::Asinh},
+                                                            {"auto", Host::ScaleChoice::Auto}};
+
 /// An option with the names of `choices` for values.
-template <class Value>
-void AddChoice(CLI::App& command, const std::string& name, Value& value,
-               const std::map<std::string, Value>& choices, const std::string& help) {
-    command
+template <class Value, class Choice>
+CLI::Option* AddChoice(CLI::App& command, const std::string& name, Value& value,
+                       const std::map<std::string, Choice>& choices, const std::string& help) {
+    return command
         .add_option_function<std::string>(
             name, [&value, &choices](const std::string& choice) { value = choices.at(choice); }, help)
         ->check(CLI::IsMember(choices));
@@ -155,6 +165,57 @@ void AddAcquire(CLI::App& program, Host::AcquireOptions& options) {
     command->callback([&] { Host::RunAcquire(options); });
 }
 
+/// The scale and the range of an axis. Returns the options.
+std::vector<CLI::Option*> AddAxis(CLI::App& command, const std::string& axis, Host::AxisChoice& choice) {
+    CLI::Option* scale =
+        AddChoice(command, "--" + axis + "-scale", choice.scale, ScaleChoices,
+                  "linear, asinh, or auto: asinh for values that go below zero or over several decades");
+    const std::string name = "--" + axis + "-range";
+    CLI::Option* range = command.add_option_function<std::string>(
+        name,
+        [&choice, name](const std::string& text) {
+            choice.range = Host::ParseRange(text);
+            if (!choice.range)
+                throw CLI::ValidationError(name, text + " is no range of rising numbers MIN,MAX");
+        },
+        "MIN,MAX instead of what the values reach");
+    return {scale, range};
+}
+
+void AddPlot(CLI::App& program, Host::PlotOptions& options, int& status) {
+    CLI::App* command = program.add_subcommand("plot", "Draw the events of an FCS file");
+    command->add_option("file", options.file, "FCS file")->required();
+    command->add_option("--x", options.x, "Parameter ($PnN) on the horizontal axis")->required();
+    CLI::Option* y = command->add_option("--y", options.y, "Parameter on the vertical axis");
+    AddChoice(*command, "--kind", options.kind, PlotKinds,
+              "dot, density, contour or histogram; density with --y (dot with --overlay), else histogram");
+    CLI::Option* gates = AddAnalysis(*command, options.analysis);
+    command->add_option("--population", options.analysis.population, "Draw only the population of this name")
+        ->needs(gates);
+    AddAxis(*command, "x", options.xAxis);
+    for (CLI::Option* option : AddAxis(*command, "y", options.yAxis))
+        option->needs(y);
+    command->add_option_function<std::string>(
+        "--size",
+        [&options](const std::string& text) {
+            if (!Host::ParseSize(text, options.size)) {
+                throw CLI::ValidationError("--size", text + " is not WIDTHxHEIGHT, each 160 to 2400");
+            }
+        },
+        "WIDTHxHEIGHT in units of 1/96 inch");
+    command->add_option("--scale", options.size.scale, "Pixels for each unit")->check(CLI::Range(1, 4));
+    command->add_option("--overlay", options.overlay, "More files over the first, separated by commas")
+        ->delimiter(',')
+        ->allow_extra_args(false);
+    command->add_option("-o,--output", options.output, "The PNG file to write")->required();
+    command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
+    command->callback([&] {
+        const std::string fault = Host::CheckPlot(options);
+        if (!fault.empty()) throw CLI::ValidationError("--kind", fault);
+        status = Host::RunPlot(options);
+    });
+}
+
 int Run(int argc, char** argv) {
     CLI::App program("Flow cytometry list-mode files: what they hold, in numbers", "orvane");
     program.require_subcommand(1);
@@ -163,6 +224,7 @@ int Run(int argc, char** argv) {
     Host::StatsOptions stats;
     Host::GateOptions gate;
     Host::ConvertOptions convert;
+    Host::PlotOptions plot;
     Host::ReportOptions report;
     report.commandLine = Host::QuoteCommandLine({argv + 1, argv + argc});
     Host::AcquireOptions acquire;
@@ -171,6 +233,7 @@ int Run(int argc, char** argv) {
     AddStats(program, stats, status);
     AddGate(program, gate, status);
     AddConvert(program, convert, status);
+    AddPlot(program, plot, status);
     AddReport(program, report, status);
     AddAcquire(program, acquire);
     try {

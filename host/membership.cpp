@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include <orvane/OVFilter.h>
 #include <orvane/OVFilterSection.h>
 
 namespace Host {
@@ -12,6 +13,15 @@ Membership::Membership(std::vector<Orvane::EventSection*>& events) {
         operations.SynchronousVectorSection(sections_, events);
     } catch (...) {
         operations.ReleaseVectorSection(sections_);
+        throw;
+    }
+}
+
+Membership::Membership(std::vector<Orvane::SignalSection*>& values, float min, float max) {
+    try {
+        Orvane::OVFilter().Filter_LineSegment(values, sections_, min, max);
+    } catch (...) {
+        Orvane::OVFilterSection().ReleaseVectorSection(sections_);
         throw;
     }
 }
@@ -29,6 +39,10 @@ void Membership::And(Membership& other, bool complement) {
     } else {
         operations.And(sections_, other.sections_);
     }
+}
+
+void Membership::And(std::vector<Orvane::FilterSection*>& other) {
+    Orvane::OVFilterSection().And(sections_, other);
 }
 
 void Membership::Or(Membership& other, bool complement) {

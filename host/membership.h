@@ -13,6 +13,8 @@ class Membership {
 public:
     /// As many events as `events`, none of them inside.
     explicit Membership(std::vector<Orvane::EventSection*>& events);
+    /// The events whose value lies from `min` to `max`, both included; they are not counted yet.
+    Membership(std::vector<Orvane::SignalSection*>& values, float min, float max);
     Membership(Membership&& other) noexcept;
     Membership(const Membership&) = delete;
     Membership& operator=(const Membership&) = delete;
@@ -23,6 +25,7 @@ public:
 
     /// Keeps the events that `other` has, too, or with `complement` has not.
     void And(Membership& other, bool complement = false);
+    void And(std::vector<Orvane::FilterSection*>& other);
     /// Adds the events that `other` has, or with `complement` has not.
     void Or(Membership& other, bool complement);
     void SetAll();

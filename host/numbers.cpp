@@ -57,4 +57,19 @@ std::string PercentText(double percent) {
     return ToText(percent, std::chars_format::fixed, 2);
 }
 
+std::string Grouped(std::uint64_t number) {
+    std::string text = std::to_string(number);
+    for (std::size_t place = text.size(); place > 3;)
+        text.insert(place -= 3, ",");
+    return text;
+}
+
+std::string Percentage(std::uint64_t part, std::uint64_t whole) {
+    if (whole == 0) return "-";
+    const double percent = 100 * static_cast<double>(part) / static_cast<double>(whole);
+    if (part > 0 && percent < 0.01) return "<0.01 %";
+    const int places = part == 0 || part == whole ? 0 : percent < 1 ? 2 : 1;
+    return ToText(percent, std::chars_format::fixed, places) + " %";
+}
+
 }  // namespace Host

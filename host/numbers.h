@@ -27,4 +27,10 @@ std::string Rounded(double value, int digits = 6);
 /// 0 to 100 with two decimals, or with two significant digits where those would be zeros.
 std::string PercentText(double percent);
 
+/// With commas between groups of three digits, for people.
+std::string Grouped(std::uint64_t number);
+
+/// What share `part` is of `whole`, "12.3 %", for people; "-" of nothing.
+std::string Percentage(std::uint64_t part, std::uint64_t whole);
+
 }  // namespace Host

@@ -13,7 +13,7 @@ namespace Host {
 /// Events of one sample. The vectors run in parallel, section by section, and belong to the caller.
 struct PlotEvents {
     std::vector<Orvane::SignalSection*>* x = nullptr;
-    std::vector<Orvane::SignalSection*>* y = nullptr;           ///< not read by histograms
+    std::vector<Orvane::SignalSection*>* y = nullptr;           ///< null for histograms
     std::vector<Orvane::FilterSection*>* population = nullptr;  ///< the events to show; null for all
     std::string label{};                                        ///< UTF-8, for the legend of an overlay
 };

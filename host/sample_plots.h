@@ -26,7 +26,9 @@ public:
     /// Whether two dimensions have the same values, whatever their scales.
     bool IsSame(const Dimension& a, const Dimension& b);
     std::string Label(const Dimension& dimension) const;
-    ScaleChoice Scale(const Dimension& dimension) const;
+    /// The scale that people expect, and its width: 0 where that should follow the values.
+    ScaleChoice UsualScale(const Dimension& dimension) const;
+    double UsualAlpha(const Dimension& dimension);
 
     /// The events of a population; null for every event, whose index is none.
     std::vector<Orvane::FilterSection*>* Members(const std::optional<std::size_t>& population);
@@ -39,6 +41,8 @@ public:
     const Strategy& Gates() const;
 
 private:
+    const Parameter& Find(const Dimension& dimension, const std::string& name) const;
+
     std::string name_;
     const FcsFile& file_;
     GatedSample& sample_;
