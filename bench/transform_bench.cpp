@@ -1,18 +1,15 @@
 // Columns to pixels: the transformers beside the loop of their description. One million events: sixteen
-// sections, as the pool hands them out, with values that spread over some decades around zero, a tenth of
-// them exactly zero and some saturated.
+// sections, as the pool hands them out.
 #include <algorithm>
 #include <array>
-#include <cmath>
-#include <cstdint>
 #include <memory>
 #include <random>
 #include <vector>
 
-#include <orvane/OVConvertLinearAndLog.h>
 #include <orvane/OVCoordinateTransformerX.h>
 #include <orvane/OVCoordinateTransformerY.h>
 
+#include "bench/axes.h"
 #include "bench/support.h"
 
 namespace Orvane::Bench {
@@ -20,9 +17,6 @@ namespace {
 
 constexpr int SectionCount = 16;
 constexpr int Events = 65536;
-constexpr double WorldMin = -2000.0;
-constexpr double WorldMax = 262144.0;
-constexpr double Alpha = 150.0;
 
 struct Sample {
     struct Part {
@@ -34,17 +28,12 @@ struct Sample {
 
     Sample() {
         std::mt19937 random(1);
-        std::lognormal_distribution<float> magnitude(6.0F, 2.5F);
-        std::normal_distribution<float> noise(0.0F, 200.0F);
         for (Part& part : Parts) {
             part.Signal.Initial();
             part.Filter.Initial();
             part.Model.Initial();
             part.Signal.Count = part.Filter.Count = Events;
-            std::generate_n(part.Signal.Values, Events, [&] {
-                if (random() % 10 == 0) return 0.0F;
-                return std::min(magnitude(random) + noise(random), 262143.0F);
-            });
+            FillColumn(part.Signal.Values, Events, random);
             std::generate_n(part.Filter.Flags, Events / 32, random);
             part.Filter.CalcTrueCount();
         }
@@ -54,28 +43,6 @@ struct Sample {
 Sample& TheSample() {
     static Sample sample;
     return sample;
-}
-
-/// An axis as the plain loops see it: constant parts hoisted, everything decided before the loop.
-struct PlainAxis {
-    bool IsLog, IsClamped;
-    double Factor, Scale, Constant, Low, High;
-    unsigned short LowPixel, HighPixel;
-};
-
-template <bool IsLog, bool IsClamped>
-unsigned short PlainPixel(const PlainAxis& axis, double v) {
-    if (IsClamped) {
-        if (axis.Low >= v) return axis.LowPixel;
-        if (v >= axis.High) return axis.HighPixel;
-    }
-    if (IsLog) {
-        const double x = v * axis.Factor;
-        const double a = std::fabs(x);
-        const double s = std::log(std::sqrt(a * a + 1.0) + a);
-        v = x < 0.0 ? -s : s;
-    }
-    return static_cast<unsigned short>(static_cast<std::int64_t>(v * axis.Scale + axis.Constant));
 }
 
 enum class Selection { Whole, Filtered, Packed };
@@ -151,39 +118,6 @@ void RegisterMapping(const std::string& group, const PlainAxis& axis, Transforme
         }
         Time(state, mapped);
     });
-}
-
-PlainAxis HorizontalAxis(bool isLog, bool isClamped, float width) {
-    const OVConvertLinearAndLog convert;
-    const double factor = 1.0 / Alpha;
-    const double low = isLog ? convert.LinearConvertToAsinh(WorldMin, factor) : WorldMin;
-    const double high = isLog ? convert.LinearConvertToAsinh(WorldMax, factor) : WorldMax;
-    const double scale = width / (high - low);
-    const double perPixel = (high - low) / width;
-    const double last = (width - 1.0) * perPixel + low;
-    return {isLog,
-            isClamped,
-            factor,
-            scale,
-            0.0 - low * scale + (isClamped ? 0.5 : 0.0),
-            WorldMin,
-            isLog ? convert.AsinhConvertToLinear(last, factor) : last,
-            0,
-            static_cast<unsigned short>(width - 1.0F)};
-}
-
-PlainAxis VerticalAxis(bool isLog, bool isClamped, float height) {
-    const OVConvertLinearAndLog convert;
-    PlainAxis axis = HorizontalAxis(isLog, isClamped, height);
-    const double low = isLog ? convert.LinearConvertToAsinh(WorldMin, axis.Factor) : WorldMin;
-    const double high = isLog ? convert.LinearConvertToAsinh(WorldMax, axis.Factor) : WorldMax;
-    const double onePixel = 1.0 * ((high - low) / height) + low;
-    axis.Constant = height + low * axis.Scale + (isClamped ? 0.5 : 0.0);
-    axis.Scale = -axis.Scale;
-    axis.Low = isLog ? convert.AsinhConvertToLinear(onePixel, axis.Factor) : onePixel;
-    axis.High = WorldMax;
-    std::swap(axis.LowPixel, axis.HighPixel);
-    return axis;
 }
 
 void RegisterX(const std::string& group, bool isLog, bool isClamped, float width = 512.0F,

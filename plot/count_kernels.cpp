@@ -16,8 +16,10 @@ struct AddOne {
 struct KeepFirst {
     int Number;  ///< of event 0
 
+    /// Written so that it compiles without a branch, which could not be predicted while the raster fills.
+    /// Cells and numbers are not negative.
     ORVANE_KERNEL_INLINE void operator()(int& cell, int event) const {
-        cell = std::min(cell, Number + event);
+        cell += std::min(Number + event - cell, 0);
     }
 };
 

@@ -15,7 +15,7 @@ void CountCells(const OVBitmapData& raster, const Pixels& pixels);
 /// The same for the events whose bit in `select` is set; bit i % 32 of word i / 32 belongs to event i.
 void CountSelectedCells(const OVBitmapData& raster, const Pixels& pixels, const std::uint32_t* select);
 
-/// Lowers the cell of every event i to `number` + i where it is larger, compared signed.
+/// Lowers the cell of every event i to `number` + i where it is larger. Cells and numbers are not negative.
 void KeepFirstEvents(const OVBitmapData& raster, const Pixels& pixels, int number);
 
 /// The same for the events whose bit in `select` is set.

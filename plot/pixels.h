@@ -2,7 +2,6 @@
 // policy of the kernel.
 #pragma once
 
-#include <algorithm>
 #include <bit>
 #include <cstdint>
 
@@ -47,9 +46,9 @@ template <class Change>
 ORVANE_KERNEL_INLINE void ChangeCells(const OVBitmapData& raster, const Pixels& pixels,
                                       const Change& change) {
     int* cells = raster.Bits;
+    // Four instructions take turns, because a processor learns for each of them from which earlier one its
+    // cell comes. A single one fails at events that alternate between cells.
     NumberCells(raster, pixels, [=](const std::uint32_t* numbers, int first, int size) {
-    // Unrolled, because the processor hands a cell's value from one change to the next fastest when the
-    // same two instructions do so every time; events that alternate between cells break that otherwise.
 #pragma GCC unroll 4
         for (int i = 0; i < size; ++i) {
             change(cells[numbers[i]], first + i);

@@ -247,6 +247,23 @@ TEST(SlotOrder, DotPlots) {
     ExpectSlotsFromOne<I>(&I::RenderPlot, &I::SetBitmapColor);
 }
 
+TEST(SlotOrder, CountingPlots) {
+    ExpectSlotsFromOne<IOVPlotViewDensity>(&IOVPlotViewDensity::RenderPlot,
+                                           &IOVPlotViewDensity::SetBitmapColor);
+    using X = IOVCoordinateTransformerX*;
+    using Y = IOVCoordinateTransformerY*;
+    using C = IOVPlotViewContour;
+    ExpectSlotsFromOne<C>(With<OVPlotData&, OVBitmapData&, X, Y>::Of(&C::RenderPlot),
+                          With<OVPlotData&, OVBitmapData&, OVBitmapData&, X, Y>::Of(&C::RenderPlot),
+                          &C::RenderZeroLevelPos);
+    using B = IOVBinConstructor;
+    ExpectSlotsFromOne<B>(
+        With<int*, int, Signals&, X, int&, int&>::Of(&B::ConstructBin_1D),
+        With<int*, int, Signals&, Filters&, X, int&, int&>::Of(&B::ConstructBin_1D),
+        With<int*, int, Signals&, Signals&, X, Y, int&, int&>::Of(&B::ConstructBin_2D),
+        With<int*, int, Signals&, Signals&, Filters&, X, Y, int&, int&>::Of(&B::ConstructBin_2D));
+}
+
 TEST(SlotOrder, FCSWriteRead) {
     using I = OpenFCSWriteRead;
     ExpectSlotsFromOne<I>(&I::WriteFCSData, &I::ReadFCSData, &I::WriteFCSData_Double, &I::WriteFCSData_Float,
