@@ -25,6 +25,16 @@ double Shared(double firstA, double lastA, double firstB, double lastB) {
     return std::max(0.0, std::min(lastA, lastB) - std::max(firstA, firstB));
 }
 
+/// Every letter has its true shape and width, so that a picture is the same at each scale.
+void SetFontOptions(cairo_t* context) {
+    cairo_font_options_t* options = cairo_font_options_create();
+    cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
+    cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
+    cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
+    cairo_set_font_options(context, options);
+    cairo_font_options_destroy(options);
+}
+
 }  // namespace
 
 double SharedArea(const Box& a, const Box& b) {
@@ -43,6 +53,7 @@ Canvas::Canvas(int width, int height)
     Check(cairo_status(context_.get()));
     cairo_set_source_rgb(context_.get(), 1, 1, 1);
     cairo_paint(context_.get());
+    SetFontOptions(context_.get());
 }
 
 double Canvas::Ink(const Box& box) const {
