@@ -90,4 +90,10 @@ void SetColor(cairo_t* context, Color color, double opacity) {
     cairo_set_source_rgba(context, color.red / 255.0, color.green / 255.0, color.blue / 255.0, opacity);
 }
 
+void FillBox(Canvas& canvas, const Box& box, Color color, double opacity) {
+    cairo_rectangle(canvas.Context(), box.left, box.top, box.width, box.height);
+    SetColor(canvas.Context(), color, opacity);
+    cairo_fill(canvas.Context());
+}
+
 }  // namespace Host

@@ -61,4 +61,6 @@ private:
 
 void SetColor(cairo_t* context, Color color, double opacity = 1);
 
+void FillBox(Canvas& canvas, const Box& box, Color color, double opacity = 1);
+
 }  // namespace Host

@@ -19,14 +19,13 @@ constexpr double MajorTickLength = 0.42;
 constexpr double MinorTickLength = 0.22;
 constexpr double TickLabelGap = 0.25;
 constexpr double PageMargin = 0.5;
+constexpr double TitleBaseline = 1.75;
+constexpr double SubtitleBaseline = 3.1;
+constexpr double NameBaselineX = 0.9;  ///< from the bottom of the picture
+constexpr double NameBaselineY = 1.3;  ///< from its left side
+constexpr double LeastLabelLeft = 1.75;
 constexpr double LabelSpacingX = 5;
 constexpr double LabelSpacingY = 3.2;
-
-void FillBox(Canvas& canvas, const Box& box) {
-    SetColor(canvas.Context(), DarkInk);
-    cairo_rectangle(canvas.Context(), box.left, box.top, box.width, box.height);
-    cairo_fill(canvas.Context());
-}
 
 void DrawTitles(Canvas& canvas, const Layout& layout, const Figure& figure) {
     const TextStyle title{1.2 * layout.em, DarkInk, true};
@@ -34,19 +33,20 @@ void DrawTitles(Canvas& canvas, const Layout& layout, const Figure& figure) {
     const double left = layout.area.left;
     const double width = layout.width - PageMargin * layout.em - left;
     DrawText(canvas, Ellipsised(canvas, TextLine(figure.title), title, width), title,
-             {left, 1.75 * layout.em});
+             {left, TitleBaseline * layout.em});
     DrawText(canvas, Ellipsised(canvas, TextLine(figure.subtitle), subtitle, width), subtitle,
-             {left, 3.1 * layout.em});
+             {left, SubtitleBaseline * layout.em});
 }
 
 /// Whole pixels around the plot area, none of which hides a cell of the raster.
 void DrawBorder(Canvas& canvas, const Layout& layout) {
     const Box area = layout.AreaBox();
     const double line = layout.line;
-    FillBox(canvas, {area.left - line, area.top - line, line, area.height + 2 * line});
-    FillBox(canvas, {area.Right(), area.top - line, line, area.height + 2 * line});
-    FillBox(canvas, {area.left, area.top - line, area.width, line});
-    FillBox(canvas, {area.left, area.Bottom(), area.width, line});
+    const double height = area.height + 2 * line;
+    FillBox(canvas, {area.left - line, area.top - line, line, height}, DarkInk);
+    FillBox(canvas, {area.Right(), area.top - line, line, height}, DarkInk);
+    FillBox(canvas, {area.left, area.top - line, area.width, line}, DarkInk);
+    FillBox(canvas, {area.left, area.Bottom(), area.width, line}, DarkInk);
 }
 
 /// One axis of a picture, along which places are counted in pixels from the end with the least value.
@@ -69,8 +69,9 @@ private:
     void DrawTick(double position, double length) {
         const double start = std::floor(Along(position) - layout_.line / 2 + 0.5);
         const double pixels = std::round(length * layout_.em);
-        FillBox(canvas_, vertical_ ? Box{area_.left - layout_.line - pixels, start, pixels, layout_.line}
-                                   : Box{start, area_.Bottom() + layout_.line, layout_.line, pixels});
+        const Box box = vertical_ ? Box{area_.left - layout_.line - pixels, start, pixels, layout_.line}
+                                  : Box{start, area_.Bottom() + layout_.line, layout_.line, pixels};
+        FillBox(canvas_, box, DarkInk);
     }
 
     /// Every label that does not collide with a more important one.
@@ -95,7 +96,7 @@ private:
         double widest = 1;
         for (const Tick& tick : ticks)
             widest = std::max(widest, TextWidth(canvas_, tick.label, style));
-        const double room = area_.left - LabelDistance() - 1.75 * layout_.em;
+        const double room = area_.left - LabelDistance() - LeastLabelLeft * layout_.em;
         style.size *= std::clamp(room / widest, LeastTickLabelSize, 1.0);
         return style;
     }
@@ -147,28 +148,35 @@ void DrawOffScale(Canvas& canvas, const Layout& layout, const OffScale& offScale
     if (offScale.right > 0)
         DrawText(canvas, Grouped(offScale.right).append(" ▸"), style, {area.Right(), above}, Align::Right);
     DrawText(canvas, OffScaleText("▾", offScale.below), style,
-             {layout.width - PageMargin * layout.em, layout.height - 0.9 * layout.em}, Align::Right);
+             {layout.width - PageMargin * layout.em, layout.height - NameBaselineX * layout.em},
+             Align::Right);
 }
 
-void DrawAxisNames(Canvas& canvas, const Layout& layout, const Figure& figure) {
+/// Under the middle of the axis unless it would meet the count of what lies below.
+void DrawNameX(Canvas& canvas, const Layout& layout, const Figure& figure) {
     const TextStyle style{layout.em, DarkInk};
-    const Box area = layout.AreaBox();
-    const TextStyle counts{OffScaleSize * layout.em, QuietInk};
-    const double taken = TextWidth(canvas, OffScaleText("▾", figure.offScale.below), counts);
-    const double right = layout.width - PageMargin * layout.em - (taken > 0 ? taken + layout.em : 0);
-    const double middle = area.left + area.width / 2;
-    // The name stays under the middle of the axis unless it would meet the count of what lies below.
-    const std::string name =
-        Ellipsised(canvas, TextLine(figure.x.label), style, right - PageMargin * layout.em);
+    const TextStyle countStyle{OffScaleSize * layout.em, QuietInk};
+    const double margin = PageMargin * layout.em;
+    const double count = TextWidth(canvas, OffScaleText("▾", figure.offScale.below), countStyle);
+    const double right = layout.width - margin - (count > 0 ? count + layout.em : 0);
+    const std::string name = Ellipsised(canvas, TextLine(figure.x.label), style, right - margin);
     const double width = TextWidth(canvas, name, style);
-    const double left = std::min(middle - width / 2, right - width);
-    DrawText(canvas, name, style, {std::max(left, PageMargin * layout.em), layout.height - 0.9 * layout.em});
+    const double centered = layout.area.left + (layout.area.width - width) / 2;
+    DrawText(
+        canvas, name, style,
+        {std::max(margin, std::min(centered, right - width)), layout.height - NameBaselineX * layout.em});
+}
 
-    const double height = area.Bottom() - PageMargin * layout.em;
-    const std::string upward = Ellipsised(canvas, TextLine(figure.y.label), style, height);
-    const double half = TextWidth(canvas, upward, style) / 2;
-    const double center = std::max(area.top + area.height / 2, PageMargin * layout.em + half);
-    DrawTextUpward(canvas, upward, style, {1.3 * layout.em, center}, Align::Center);
+/// Beside the middle of the axis, or as far up as it must, but never below the axis.
+void DrawNameY(Canvas& canvas, const Layout& layout, const Figure& figure) {
+    const TextStyle style{layout.em, DarkInk};
+    const double bottom = layout.AreaBox().Bottom();
+    const std::string name =
+        Ellipsised(canvas, TextLine(figure.y.label), style, bottom - PageMargin * layout.em);
+    const double half = TextWidth(canvas, name, style) / 2;
+    const double middle = layout.area.top + layout.area.height / 2.0;
+    DrawTextUpward(canvas, name, style, {NameBaselineY * layout.em, std::min(middle, bottom - half)},
+                   Align::Center);
 }
 
 }  // namespace
@@ -178,7 +186,8 @@ void DrawFrame(Canvas& canvas, const Layout& layout, const Figure& figure) {
     DrawBorder(canvas, layout);
     AxisDrawing(canvas, layout, false).Draw(figure.x);
     AxisDrawing(canvas, layout, true).Draw(figure.y);
-    DrawAxisNames(canvas, layout, figure);
+    DrawNameX(canvas, layout, figure);
+    DrawNameY(canvas, layout, figure);
     DrawOffScale(canvas, layout, figure.offScale);
 }
 

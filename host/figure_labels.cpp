@@ -16,10 +16,10 @@ constexpr double Gap = 0.35;
 
 constexpr int LegendSteps = 16;  ///< places tried for the legend on either axis
 
-/// What covering a label with another one costs, against covering so much data.
-constexpr double OverlapCost = 20;
-constexpr double ForeignGateCost = 2;
-constexpr double LabelRankCost = 0.01;
+// The costs of a place for text. To cover nothing but data costs 1.
+constexpr double OverlapCost = 20;      ///< to lie on other text
+constexpr double ForeignGateCost = 2;   ///< to lie in another gate
+constexpr double LabelRankCost = 0.01;  ///< not to be the place before in the list of candidates
 constexpr double LegendRankCost = 1e-4;
 
 struct TextBlock {
@@ -126,10 +126,11 @@ public:
         const Box box =
             PlaceLegend(width + swatch + 2.6 * padding,
                         static_cast<double>(texts.size()) * style.size * LineHeight + 1.2 * padding);
-        Fill(box, White, 0.85);
+        FillBox(canvas_, box, White, 0.85);
         for (std::size_t i = 0; i < texts.size(); ++i) {
             const double top = box.top + 0.6 * padding + static_cast<double>(i) * style.size * LineHeight;
-            Fill({box.left + padding, top + 0.22 * style.size, swatch, 0.75 * style.size}, shown[i].color);
+            FillBox(canvas_, {box.left + padding, top + 0.22 * style.size, swatch, 0.75 * style.size},
+                    shown[i].color);
             DrawText(canvas_, texts[i], style, {box.left + 1.6 * padding + swatch, top + 0.95 * style.size});
         }
     }
@@ -173,12 +174,6 @@ private:
                 Add(static_cast<double>(column) / LegendSteps, static_cast<double>(row) / LegendSteps);
         }
         return placing_.Place(std::move(candidates), {}, LegendRankCost);
-    }
-
-    void Fill(const Box& box, Color color, double opacity = 1) {
-        cairo_rectangle(canvas_.Context(), box.left, box.top, box.width, box.height);
-        SetColor(canvas_.Context(), color, opacity);
-        cairo_fill(canvas_.Context());
     }
 
     Canvas& canvas_;

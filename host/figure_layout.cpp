@@ -8,6 +8,12 @@ namespace {
 
 constexpr double FontSize = 12;
 
+// Around the plot area, in multiples of the layout's em.
+constexpr double LeftMargin = 5.8;    ///< the name of the axis and the labels of its ticks
+constexpr double TopMargin = 5;       ///< title, subtitle, counts of what lies off scale
+constexpr double RightMargin = 1.6;   ///< half of a tick's label
+constexpr double BottomMargin = 3.9;  ///< as on the left
+
 /// Small pictures have somewhat smaller text, large ones somewhat larger text.
 double TextScale(const PictureSize& size) {
     const PictureSize usual;
@@ -26,10 +32,10 @@ Layout::Layout(const PictureSize& size)
       height(size.height * size.scale),
       em(FontSize * TextScale(size) * size.scale),
       line(std::max(1, Pixels(em / 14))) {
-    area.left = Pixels(5.8 * em);
-    area.top = Pixels(5.0 * em);
-    area.width = std::max(1, width - area.left - Pixels(1.6 * em));
-    area.height = std::max(1, height - area.top - Pixels(3.9 * em));
+    area.left = Pixels(LeftMargin * em);
+    area.top = Pixels(TopMargin * em);
+    area.width = std::max(1, width - area.left - Pixels(RightMargin * em));
+    area.height = std::max(1, height - area.top - Pixels(BottomMargin * em));
 }
 
 Box Layout::AreaBox() const {
