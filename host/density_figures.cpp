@@ -22,11 +22,32 @@ constexpr int LargestCell = 1 << 20;
 /// frequent: the width shrinks with the sixth root of their number, as that of kernels for densities in a
 /// plane does.
 DensityGrid SmoothCounts(const PlotCanvas& canvas, std::uint64_t events) {
-    constexpr double Share = 0.055;
+    constexpr double Share = 0.08;
     const double size = std::sqrt(static_cast<double>(canvas.Width()) * canvas.Height());
     const double sigma = std::max(1.0, Share * size * std::pow(static_cast<double>(events) + 1, -1.0 / 6));
     const std::vector<int> cells = canvas.Cells();
     return Smooth({canvas.Width(), canvas.Height(), {cells.begin(), cells.end()}}, sigma);
+}
+
+/// The cell of every pixel with events: the share of the events that lie where it is less dense, so that
+/// sparse populations have their colors, too. 0 for the others.
+std::vector<int> RankCells(const DensityGrid& grid, const std::vector<int>& counts) {
+    std::vector<std::size_t> order;
+    for (std::size_t i = 0; i < counts.size(); ++i) {
+        if (counts[i] > 0) order.push_back(i);
+    }
+    std::sort(order.begin(), order.end(),
+              [&](std::size_t a, std::size_t b) { return grid.cells[a] < grid.cells[b]; });
+    double total = 0;
+    for (const std::size_t i : order)
+        total += counts[i];
+    std::vector<int> cells(counts.size());
+    double below = 0;
+    for (const std::size_t i : order) {
+        below += counts[i];
+        cells[i] = std::max(1, static_cast<int>(below / total * LargestCell));
+    }
+    return cells;
 }
 
 float Largest(const DensityGrid& grid) {
@@ -82,16 +103,10 @@ Figure DensityFigure(const PlotFrame& frame, const PlotEvents& events) {
     PlotCanvas canvas(FindPlotArea(frame.size), frame.x, frame.y);
     Orvane::OVPlotViewDensity view;
     view.RenderPlot(*drawn.Describe({}), canvas.Bitmap(), canvas.X(), canvas.Y());
-    DensityGrid grid = SmoothCounts(canvas, drawn.Count());
-    for (float& density : grid.cells)
-        density = std::sqrt(density);
+    const DensityGrid grid = SmoothCounts(canvas, drawn.Count());
+    canvas.SetCells(RankCells(grid, canvas.Cells()));
     canvas.Spread(DotWidth(frame.size, drawn.Count()), [](int a, int b) { return std::max(a, b); });
-    const std::vector<int> counts = canvas.Cells();
-    std::vector<int> cells = ToCells(grid, std::max(Largest(grid), std::numeric_limits<float>::min()));
-    for (std::size_t i = 0; i < cells.size(); ++i)
-        cells[i] = counts[i] > 0 ? std::max(cells[i], 1) : 0;
-    canvas.SetCells(cells);
-    const std::vector<std::uint32_t> table = DensityColors(DensityLevels);
+    const std::vector<std::uint32_t> table = DensityColors(DensityLevels + 1);
     std::vector<int> colors(table.begin(), table.end());
     view.SetBitmapColor(canvas.Bitmap(), 1.0F / DensityLevels, colors.data(),
                         static_cast<int>(colors.size()));
@@ -111,10 +126,9 @@ Figure ContourFigure(const PlotFrame& frame, const PlotEvents& events) {
     const float largest = Largest(grid);
     if (largest == 0) return figure;
     const std::vector<float> levels = FindLevels(grid);
-    const std::vector<std::uint32_t> colors = DensityColors(ContourLevels);
+    const std::vector<std::uint32_t> colors = DensityColors(ContourLevels + ContourLevels / 2);
     for (std::size_t i = 0; i < levels.size(); ++i) {
-        const std::vector<ContourLine> lines =
-            TraceContour(grid, levels[i], TextColor(Unpack(colors[i + 1])));
+        const std::vector<ContourLine> lines = TraceContour(grid, levels[i], Unpack(colors[i + 1]));
         figure.lines.insert(figure.lines.end(), lines.begin(), lines.end());
     }
     canvas.SetCells(ToCells(grid, largest));

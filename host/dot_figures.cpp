@@ -45,7 +45,7 @@ Figure DotFigure(const PlotFrame& frame, const PlotEvents& events, const std::ve
     Orvane::OVPlotViewDot view;
     view.RenderPlot(*drawn.Describe(gates), canvas.Bitmap(), canvas.X(), canvas.Y());
     canvas.Spread(DotWidth(frame.size, drawn.Count()), [](int a, int b) { return std::max(a, b); });
-    std::vector<int> colors{0, static_cast<int>(Cell(BackgroundColor))};
+    std::vector<int> colors{0, static_cast<int>(Cell(gates.empty() ? GateColor(0) : BackgroundColor))};
     if (!gates.empty()) figure.legend.push_back({"in no gate", BackgroundColor});
     for (std::size_t i = 0; i < gates.size(); ++i) {
         colors.push_back(static_cast<int>(Cell(GateColor(i))));
@@ -65,7 +65,7 @@ Figure DotOverlay(const PlotFrame& frame, const std::vector<PlotEvents>& samples
         owned.push_back(drawn[i].Describe({}));
         owned[i]->SampleIndex = static_cast<int>(i);
         data.push_back(owned[i].get());
-        figure.legend.push_back({samples[i].label, GateColor(i)});
+        figure.legend.push_back({drawn[i].LabelWithCount(), GateColor(i)});
     }
     PlotCanvas canvas(FindPlotArea(frame.size), frame.x, frame.y);
     Orvane::OVPlotViewDot_MultiSample view;

@@ -58,6 +58,11 @@ std::unique_ptr<Orvane::OVPlotData> DrawnEvents::Describe(const std::vector<Plot
     return data;
 }
 
+std::string DrawnEvents::LabelWithCount() const {
+    std::string label = events_.label;
+    return label.append("  ").append(Grouped(shown_));
+}
+
 std::string DrawnEvents::LabelWithShare(const PlotGate& gate) const {
     Orvane::OVFilterSection operations;
     const long inside = events_.population == nullptr

@@ -26,6 +26,8 @@ public:
     /// The background, which is all that is drawn, and behind it `gates`.
     std::unique_ptr<Orvane::OVPlotData> Describe(const std::vector<PlotGate>& gates);
 
+    /// The label of the events with their number.
+    std::string LabelWithCount() const;
     /// The label of a gate with its per cent of the population.
     std::string LabelWithShare(const PlotGate& gate) const;
 

@@ -56,7 +56,7 @@ private:
 
 /// At least one channel, so that the steps of values that were integers do not show; wider for few events.
 double SmoothingWidth(int pixels, std::uint64_t events) {
-    constexpr double Share = 0.03;
+    constexpr double Share = 0.05;
     const double width = std::max(1 / Channels, Share * std::pow(static_cast<double>(events) + 1, -0.2));
     return width * pixels;
 }
@@ -93,7 +93,7 @@ Figure HistogramFigure(const PlotFrame& frame, const PlotEvents& events, const s
     };
     const float highest = Largest(curve(0));
     figure.y = {"Events", 0, highest > 0 ? highest / HighestPoint : 1, 0};
-    AddCurve(figure, curve(0), figure.y.max, BackgroundColor);
+    AddCurve(figure, curve(0), figure.y.max, gates.empty() ? GateColor(0) : BackgroundColor);
     if (!gates.empty()) figure.legend.push_back({events.label, BackgroundColor});
     for (std::size_t i = 0; i < gates.size(); ++i) {
         AddCurve(figure, curve(i + 1), figure.y.max, GateColor(i));
@@ -120,7 +120,7 @@ Figure HistogramOverlay(const PlotFrame& frame, const std::vector<PlotEvents>& s
         std::vector<float> heights = Smoothed(counters, i, counters.Total(i), drawn[i].Count(), pixels);
         const float highest = Largest(heights);
         AddCurve(figure, std::move(heights), highest > 0 ? highest / HighestPoint : 1, GateColor(i));
-        figure.legend.push_back({samples[i].label, GateColor(i)});
+        figure.legend.push_back({drawn[i].LabelWithCount(), GateColor(i)});
     }
     return figure;
 }
