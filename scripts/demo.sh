@@ -28,7 +28,8 @@ echo
 "$orvane" stats "$file"
 "$orvane" stats "$file" --format csv -o "$out/statistics.csv"
 "$orvane" stats "$file" --format json -o "$out/statistics.json"
-results=("$out/statistics.csv" "$out/statistics.json")
+"$orvane" report "$file" "${gates[@]}" -o "$out/report.html"
+results=("$out/report.html" "$out/statistics.csv" "$out/statistics.json")
 
 if [ -n "$strategy" ]; then
     echo
