@@ -99,7 +99,8 @@ struct Figure {
     OffScale offScale;
 };
 
-/// The picture as the bytes of a PNG file. Throws std::runtime_error when it cannot be drawn.
+/// The picture as the bytes of a PNG file. Several threads may draw at a time. Throws std::runtime_error when
+/// it cannot be drawn, for instance because it is too large.
 std::string DrawPng(const Figure& figure);
 
 }  // namespace Host
