@@ -8,6 +8,10 @@
 namespace Host {
 namespace {
 
+/// Pixels begin so much below their edges that rounding leaves no value on an edge, and the least one of an
+/// axis least of all, on the pixel below.
+constexpr double Nudge = 1.0 / 64;
+
 struct World {
     double min;
     double max;
@@ -30,7 +34,7 @@ World Extend(const Axis& axis, int pixels, double first, double last) {
 
 std::unique_ptr<Orvane::IOVCoordinateTransformerX> MakeTransformerX(const Axis& axis, int pixels) {
     // Clamping transformers round: half a pixel on makes it the pixel's left edge that counts.
-    const double first = -CanvasShift;
+    const double first = -CanvasShift - Nudge;
     const World world = Extend(axis, pixels, first, first + pixels + 2 * CanvasBorder);
     return std::unique_ptr<Orvane::IOVCoordinateTransformerX>(
         Orvane::OVCoordinateTransformerXFactory::CreateTransformer(
@@ -39,9 +43,7 @@ std::unique_ptr<Orvane::IOVCoordinateTransformerX> MakeTransformerX(const Axis& 
 }
 
 std::unique_ptr<Orvane::IOVCoordinateTransformerY> MakeTransformerY(const Axis& axis, int pixels) {
-    // Rows count down and truncation goes down with them: without this part of a pixel the least value of the
-    // axis would be off scale and the greatest one not.
-    constexpr double Nudge = 1.0 / 64;
+    // Rows count down, and rounding goes down with them.
     const double first = -CanvasBorder - CanvasShift - Nudge;
     const World world = Extend(axis, pixels, first, first + pixels + 2 * CanvasBorder);
     return std::unique_ptr<Orvane::IOVCoordinateTransformerY>(

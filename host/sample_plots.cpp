@@ -170,6 +170,9 @@ const Strategy& PlottedSample::Gates() const {
 
 Figure MakePlot(PlottedSample& sample, const PlotRequest& wanted) {
     PlotRequest request = wanted;
+    // Where gates overlap, the smaller one stays visible over the larger.
+    std::stable_sort(request.gates.begin(), request.gates.end(),
+                     [&](std::size_t a, std::size_t b) { return sample.CountOf(a) > sample.CountOf(b); });
     std::vector<Outline> outlines = FindOutlines(sample, request);
     IncludeOutlines(outlines, request);
     const std::string population = sample.PopulationName(request.population);

@@ -1,0 +1,247 @@
+// Pictures of events by the host program: what is drawn, what is refused, and the geometry underneath.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <set>
+
+#include "host/contour_lines.h"
+#include "host/gate_outlines.h"
+#include "host/plot_canvas.h"
+#include "support/host_program.h"
+
+namespace Orvane::Testing {
+namespace {
+
+using Strings = std::vector<std::string>;
+
+class HostPlot : public HostTest {
+protected:
+    /// Two clouds over two parameters and a third parameter without a value that could be drawn.
+    std::string Clouds(const std::string& name = "a.fcs", int events = 600, float shift = 0) const {
+        constexpr float Infinity = std::numeric_limits<float>::infinity();
+        FcsBuilder builder('F', "1,2,3,4", {"32", "32", "32"}, events);
+        std::mt19937 random(5);
+        std::normal_distribution<float> spread;
+        for (int event = 0; event < events; ++event) {
+            const float center = event % 3 == 0 ? 0.0F : 5000.0F + shift;
+            builder.data += EncodeFloat(center + 300 * spread(random));
+            builder.data += EncodeFloat(3000 - center / 4 + 200 * spread(random));
+            builder.data += EncodeFloat(event % 2 == 0 ? std::nanf("") : Infinity);
+        }
+        return Write(builder, name);
+    }
+
+    std::string Gates() const {
+        std::ofstream(Path("gates.xml"))
+            << "<Gating-ML xmlns='http://www.isac-net.org/std/Gating-ML/v2.0/gating'><RectangleGate "
+               "id='right'>"
+               "<dimension compensation-ref='FCS' min='2500'><fcs-dimension name='Par1'/></dimension>"
+               "</RectangleGate></Gating-ML>";
+        return Path("gates.xml");
+    }
+
+    /// Draws into a file of its own and returns its bytes.
+    std::string Draw(Strings options) const {
+        const std::string path = Path("picture.png");
+        std::filesystem::remove(path);
+        options.insert(options.begin(), "plot");
+        options.insert(options.end(), {"-o", path});
+        const HostRun run = Run(options);
+        EXPECT_EQ(run.status, 0) << run.err;
+        said_ = run.out;
+        return ReadFile(path);
+    }
+
+    mutable std::string said_;
+};
+
+struct Size {
+    unsigned width;
+    unsigned height;
+};
+
+/// As the first chunk of a PNG file says it.
+Size SizeOf(const std::string& png) {
+    if (png.size() < 24 || png.substr(0, 8) != "\x89PNG\r\n\x1a\n") return {0, 0};
+    const auto number = [&](std::size_t place) {
+        unsigned value = 0;
+        for (std::size_t i = 0; i < 4; ++i)
+            value = value << 8U | static_cast<unsigned char>(png[place + i]);
+        return value;
+    };
+    return {number(16), number(20)};
+}
+
+TEST_F(HostPlot, DrawsEveryKindTheSameEveryTimeAndWithItsGates) {
+    const std::string sample = Clouds();
+    const std::string other = Clouds("b.fcs", 6000, 3000);
+    const Strings kinds[] = {{"--x", "Par1"},
+                             {"--x", "Par1", "--overlay", other},
+                             {"--x", "Par1", "--y", "Par2"},
+                             {"--x", "Par1", "--y", "Par2", "--kind", "dot"},
+                             {"--x", "Par1", "--y", "Par2", "--kind", "contour", "--x-range", "-200,6000"},
+                             {"--x", "Par1", "--y", "Par2", "--overlay", other}};
+    std::set<std::string> pictures;
+    for (Strings options : kinds) {
+        const bool overlaid = std::count(options.begin(), options.end(), "--overlay") > 0;
+        options.insert(options.begin(), sample);
+        options.insert(options.end(), {"--size", "240x200", "--scale", "2"});
+        const std::string picture = Draw(options);
+        EXPECT_EQ(SizeOf(picture).width, 480U);
+        EXPECT_EQ(SizeOf(picture).height, 400U);
+        EXPECT_EQ(Draw(options), picture);
+        pictures.insert(picture);
+        options.insert(options.end(), {"--gates", Gates()});
+        if (!overlaid) pictures.insert(Draw(options));
+        options.insert(options.end(), {"--population", "right"});
+        pictures.insert(Draw(options));
+        EXPECT_NE(said_.find(overlaid ? "4,400 of 6,600 events in 2 files" : "400 of 600 events"),
+                  std::string::npos)
+            << said_;
+    }
+    EXPECT_EQ(pictures.size(), 16U);
+}
+
+/// Nothing to see, or nothing to scale an axis by, is a picture, too.
+TEST_F(HostPlot, DrawsValuesThatAreFewOrNoNumbers) {
+    const std::string some = Clouds();
+    const std::string none = Clouds("none.fcs", 0);
+    const std::string one = Clouds("one.fcs", 1);
+    const Strings kinds[] = {{"--x", "Par3"},
+                             {"--x", "Par3", "--y", "Par1"},
+                             {"--x", "Par1", "--y", "Par3", "--kind", "dot", "--y-scale", "asinh"},
+                             {"--x", "Par1", "--y", "Par3", "--kind", "contour"},
+                             {"--x", "Par1", "--y", "Par2", "--kind", "contour", "--x-range", "1e30,2e30"}};
+    for (const std::string& sample : {some, none, one}) {
+        for (Strings options : kinds) {
+            const bool numbers = options.back() == "1e30,2e30" || sample == none;
+            options.insert(options.end(), {sample, "--size", "160x160"});
+            EXPECT_EQ(SizeOf(Draw(options)).width, 160U);
+            EXPECT_EQ(said_.find("without a number") == std::string::npos, numbers) << said_;
+        }
+    }
+}
+
+TEST_F(HostPlot, RefusesWithoutTouchingWhatWasThere) {
+    const std::string sample = Clouds();
+    const std::string damaged = Path("damaged.fcs");
+    std::ofstream(damaged) << "FCS3.1";
+    const std::string nine = sample + std::string(",x,x,x,x,x,x,x");
+    const struct {
+        int status;
+        Strings options;
+        std::string says;
+    } cases[] = {
+        {1, {"--x", "Par9"}, "a.fcs: --x is \"Par9\", expected one of Par1, Par2, Par3"},
+        {1, {"--x", "Par1", "--y", "Par0"}, "a.fcs: --y is \"Par0\""},
+        {1, {"--x", "Par1", "--overlay", damaged}, "damaged.fcs: "},
+        {1, {"--x", "Par1", "--gates", Gates(), "--population", "left"}, "expected one of All, right"},
+        {2, {"--x", "Par1", "--kind", "dot"}, "need --y"},
+        {2, {"--x", "Par1", "--y", "Par2", "--kind", "histogram"}, "no --y"},
+        {2, {"--x", "Par1", "--y", "Par2", "--kind", "density", "--overlay", sample}, "only dot plots"},
+        {2, {"--x", "Par1", "--y", "Par2", "--overlay", nine}, "at most 8"},
+        {2, {"--x", "Par1", "--x-range", "5,5"}, "--x-range"},
+        {2, {"--x", "Par1", "--x-range", "0,inf"}, "--x-range"},
+        {2, {"--x", "Par1", "--x-range", "-1e308,1e308"}, "--x-range"},
+        {2, {"--x", "Par1", "--y-range", "0,1"}, "--y"},
+        {2, {"--x", "Par1", "--size", "100x2000"}, "--size"},
+        {2, {"--x", "Par1", "--size", "640"}, "--size"},
+        {2, {"--x", "Par1", "--scale", "5"}, "--scale"},
+        {2, {"--y", "Par1"}, "--x"}};
+    std::ofstream(Path("old.png")) << "old";
+    for (const auto& refused : cases) {
+        Strings options{"plot", sample, "-o", Path("old.png")};
+        options.insert(options.end(), refused.options.begin(), refused.options.end());
+        const HostRun run = Run(options);
+        EXPECT_EQ(run.status, refused.status) << run.err;
+        EXPECT_NE(run.err.find(refused.says), std::string::npos) << run.err << refused.says;
+    }
+    EXPECT_EQ(ReadFile(Path("old.png")), "old");
+    EXPECT_EQ(Run({"plot", sample, "--x", "Par1"}).status, 2);
+    EXPECT_EQ(Run({"plot", sample, "--x", "Par1", "-o", Path("no/where.png")}).status, 1);
+    for (const auto& file : std::filesystem::directory_iterator(Path("")))
+        EXPECT_NE(file.path().extension(), ".part") << file.path();
+}
+
+/// A pixel holds what lies between its edges, on either axis and scale.
+TEST(PlotCanvas, PutsValuesOnThePixelThatTheyLieOn) {
+    constexpr int Pixels = 50;
+    for (const Host::Axis& axis : {Host::Axis{"", -10, 90, 0}, Host::Axis{"", -500, 2e5, 300}}) {
+        const auto position = [&](double value) {
+            return axis.alpha > 0 ? std::asinh(value / axis.alpha) : value;
+        };
+        const double width = (position(axis.max) - position(axis.min)) / Pixels;
+        std::vector<float> values;
+        std::vector<int> expected;
+        for (double pixel = -1; pixel <= Pixels; ++pixel) {
+            for (const double part : {0.03, 0.5, 0.97}) {
+                const double place = position(axis.min) + (pixel + part) * width;
+                values.push_back(static_cast<float>(axis.alpha > 0 ? std::sinh(place) * axis.alpha : place));
+                expected.push_back(static_cast<int>(pixel) + 1);
+            }
+        }
+        values.insert(values.end(),
+                      {static_cast<float>(axis.min), static_cast<float>(axis.max), -1e30F, 1e30F});
+        expected.insert(expected.end(), {1, Pixels + 1, 0, Pixels + 1});
+        SignalSection signal;
+        signal.Values = values.data();
+        signal.Count = static_cast<int>(values.size());
+        std::vector<unsigned short> xs(values.size());
+        std::vector<unsigned short> ys(values.size());
+        ModelSection model;
+        model.Values = xs.data();
+        Host::MakeTransformerX(axis, Pixels)->GetScreenSection(&signal, &model);
+        model.Values = ys.data();
+        Host::MakeTransformerY(axis, Pixels)->GetScreenSection(&signal, &model);
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            EXPECT_EQ(xs[i], expected[i]) << values[i];
+            EXPECT_EQ(ys[i], Pixels + 1 - expected[i]) << values[i];
+        }
+    }
+}
+
+/// Lines part what is high from what is low, saddles and the border of the grid included.
+TEST(ContourLines, EncloseExactlyTheCellsAboveTheLevel) {
+    std::mt19937 random(3);
+    for (int round = 0; round < 20; ++round) {
+        Host::DensityGrid grid{9, 7, std::vector<float>(63)};
+        for (float& cell : grid.cells)
+            cell = static_cast<float>(random() % 8);
+        const std::vector<Host::ContourLine> lines = Host::TraceContour(grid, 3.5F, {});
+        for (int y = 0; y < grid.height; ++y) {
+            for (int x = 0; x < grid.width; ++x) {
+                bool inside = false;
+                for (const Host::ContourLine& line : lines) {
+                    for (std::size_t i = 0; i < line.points.size(); ++i) {
+                        const Host::AreaPoint a = line.points[i];
+                        const Host::AreaPoint b = line.points[(i + 1) % line.points.size()];
+                        const double row = y + 0.5;
+                        if ((a.y > row) == (b.y > row)) continue;
+                        if (a.x + (row - a.y) / (b.y - a.y) * (b.x - a.x) > x + 0.5) inside = !inside;
+                    }
+                }
+                EXPECT_EQ(inside, grid.cells[static_cast<std::size_t>(y * grid.width + x)] > 3.5F);
+            }
+        }
+    }
+}
+
+TEST(GateOutlines, FindTheValuesThatScalesMap) {
+    for (const Host::Scale::Kind kind :
+         {Host::Scale::Kind::Linear, Host::Scale::Kind::Log, Host::Scale::Kind::Asinh}) {
+        const Host::Scale scale{kind, 262144, 4.5, 0.5, -0.25, 1.25};
+        for (const float value : {30.0F, 4000.0F, 2e5F}) {
+            float scaled = 0;
+            Host::ApplyScale(scale, &value, &scaled, 1);
+            EXPECT_NEAR(Host::InvertScale(scale, scaled), value, 2e-5 * value);
+        }
+        EXPECT_EQ(Host::InvertScale(scale, -0.25), -std::numeric_limits<double>::infinity());
+        EXPECT_EQ(Host::InvertScale(scale, 1.5), std::numeric_limits<double>::infinity());
+    }
+}
+
+}  // namespace
+}  // namespace Orvane::Testing
