@@ -49,6 +49,8 @@ std::string Shortest(double value) {
     return ToText(value);
 }
 std::string Rounded(double value, int digits) {
+    const double size = std::abs(value);
+    if (size >= 1e5 && size < 1e12) return ToText(value, std::chars_format::fixed, 0);
     return ToText(value, std::chars_format::general, digits);
 }
 

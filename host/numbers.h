@@ -21,7 +21,7 @@ std::optional<double> ParseNumber(std::string_view text);
 std::string Shortest(float value);
 std::string Shortest(double value);
 
-/// About six significant digits, for a table.
+/// About six significant digits, for a table; large numbers with all digits before the point.
 std::string Rounded(double value, int digits = 6);
 
 /// 0 to 100 with two decimals, or with two significant digits where those would be zeros.

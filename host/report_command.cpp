@@ -1,8 +1,11 @@
 #include "report_command.h"
 
+#include <filesystem>
 #include <numeric>
 
+#include "numbers.h"
 #include "opened_files.h"
+#include "plot_axes.h"
 #include "population_statistics.h"
 #include "report_page.h"
 
@@ -16,16 +19,27 @@ std::string DescribeMatrix(const Analysis& analysis, GatedSample& sample) {
                : "with the matrix of the file";
 }
 
-std::vector<Property> DescribeAll(const std::string& path, const FcsFile& file,
-                                  const std::string& compensation) {
-    std::vector<Property> list{{"file", path}};
-    const auto append = [&](std::vector<Property> more) {
-        list.insert(list.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
-    };
-    append(DescribeAcquisition(file.keywords));
-    append({{"compensation", compensation}});
-    append(DescribeFile(file));
+std::vector<Property> DescribeSample(const std::string& path, const FcsFile& file,
+                                     const std::string& compensation) {
+    std::vector<Property> list{{"file", path}, {"events", Grouped(file.data.events)}};
+    for (Property& property : DescribeAcquisition(file.keywords))
+        list.push_back(std::move(property));
+    list.push_back({"compensation", compensation});
     return list;
+}
+
+/// The statistics of all parameters, called as the axes of plots are.
+FileStatistics MeasureAll(const std::string& path, OpenedFile& opened, GatedSample& sample,
+                          const Analysis& analysis) {
+    const std::vector<Parameter>& parameters = opened.file.layout.parameters;
+    std::vector<std::size_t> all(parameters.size());
+    std::iota(all.begin(), all.end(), 0);
+    FileStatistics statistics = MeasureFile(path, opened, sample, analysis, all);
+    for (PopulationStatistics& population : statistics.populations) {
+        for (const std::size_t p : all)
+            population.parameters[p].parameter = AxisLabel(parameters[p]);
+    }
+    return statistics;
 }
 
 ReportedFile Examine(const std::string& path, OpenedFile& opened, const Analysis& analysis,
@@ -33,12 +47,11 @@ ReportedFile Examine(const std::string& path, OpenedFile& opened, const Analysis
     const FcsFile& file = opened.file;
     GatedSample sample(opened.file, analysis, opened.findings,
                        [&](std::uint64_t amount) { progress.Add(amount); });
-    std::vector<std::size_t> parameters(file.layout.parameters.size());
-    std::iota(parameters.begin(), parameters.end(), 0);
-    return {MeasureFile(path, opened, sample, analysis, parameters),
-            DescribeAll(path, file, DescribeMatrix(analysis, sample)),
+    const std::string name = std::filesystem::path(path).filename().string();
+    return {MeasureAll(path, opened, sample, analysis),
+            DescribeSample(path, file, DescribeMatrix(analysis, sample)), DescribeFile(file),
             TabulateParameters(file.layout),
-            {}};
+            DrawPictures(name, file, sample, ChosenMatrix(analysis.compensation, file.spillover))};
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "html.h"
+#include "numbers.h"
 #include "report_resources.h"
 
 namespace Host {
@@ -11,8 +12,7 @@ namespace {
 using Element = Html::Element;
 
 std::string FileName(const std::string& path) {
-    const std::size_t slash = path.find_last_of('/');
-    return slash == std::string::npos ? path : path.substr(slash + 1);
+    return std::filesystem::path(path).filename().string();
 }
 
 std::string SectionId(std::size_t file) {
@@ -43,17 +43,17 @@ void WriteContents(Html& html, const std::vector<std::string>& paths,
     for (std::size_t i = 0; i < paths.size(); ++i) {
         const Element item(html, "li");
         html.Leaf("a", FileName(paths[i]), {{"href", "#" + SectionId(i)}});
-        html.Text(files[i].result
-                      ? ", " + std::to_string(files[i].result->statistics.summary.events) + " events"
-                      : ", refused");
+        html.Text(files[i].result ? ", " + Grouped(files[i].result->statistics.summary.events) + " events"
+                                  : ", refused");
     }
 }
 
-void WriteFile(Html& html, std::size_t index, const std::string& path, const Outcome<ReportedFile>& outcome) {
+void WriteFile(Html& html, std::size_t index, const std::string& path, const Outcome<ReportedFile>& outcome,
+               bool isOnly) {
     const std::string id = SectionId(index);
     const Element section(html, "section",
                           {{"id", id}, {"class", "file"}, {"aria-labelledby", id + "-name"}});
-    html.Leaf("h2", FileName(path), {{"id", id + "-name"}});
+    html.Leaf("h2", isOnly ? "The file" : FileName(path), {{"id", id + "-name"}});
     if (outcome.result) {
         WriteSections(html, *outcome.result, id);
         return;
@@ -86,7 +86,7 @@ std::string FormatReport(const std::vector<std::string>& paths,
             html.Leaf("h1", title);
             WriteContents(html, paths, files);
             for (std::size_t i = 0; i < paths.size(); ++i)
-                WriteFile(html, i, paths[i], files[i]);
+                WriteFile(html, i, paths[i], files[i], paths.size() == 1);
             WriteCommandLine(html, commandLine);
         }
         html.Leaf("footer", "Made by orvane " ORVANE_VERSION);

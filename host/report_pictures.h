@@ -4,7 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "fcs_file.h"
 #include "figure.h"
+#include "gated_sample.h"
 
 namespace Host {
 
@@ -16,7 +18,7 @@ struct Picture {
     std::string alternative;  ///< the picture in words
 };
 
-/// What one channel takes from another, with and without compensation.
+/// What one channel gives in another, with and without compensation, on the same axes.
 struct CompensationPictures {
     std::string title;
     Picture before;
@@ -25,8 +27,14 @@ struct CompensationPictures {
 
 struct ReportPictures {
     std::vector<Picture> gates;
-    std::vector<Picture> histograms;
+    std::vector<Picture> histograms;  ///< one for each parameter
     std::vector<CompensationPictures> compensation;
 };
+
+/// Every gate in the population of its parent, gates over the same values in one picture; every parameter;
+/// and where `matrix`, which may be null, changes the events, the pairs of channels with most spill-over.
+/// `name` stands in the titles.
+ReportPictures DrawPictures(const std::string& name, const FcsFile& file, GatedSample& sample,
+                            const Spillover* matrix);
 
 }  // namespace Host

@@ -103,7 +103,7 @@ void WriteTree(Html& html, const std::vector<PopulationSummary>& tree, const std
         const Element row(html, "tr");
         html.Leaf("th", population.name,
                   {{"scope", "row"}, {"style", "--depth: " + std::to_string(population.depth)}});
-        html.Leaf("td", std::to_string(population.count), {{"class", "number"}});
+        html.Leaf("td", Grouped(population.count), {{"class", "number"}});
         WriteShare(html, population.percentOfParent);
         WriteShare(html, population.percentOfTotal);
     }
@@ -133,9 +133,8 @@ void WriteGates(Html& html, const std::vector<Picture>& gates, const std::string
 void WriteStatistics(Html& html, const FileStatistics& statistics, const std::string& id) {
     const Section section(html, id, "statistics", "Statistics");
     for (const PopulationStatistics& population : statistics.populations) {
-        WriteTable(
-            html, TabulateStatistics(population, "parameter"),
-            population.population.name + ", " + std::to_string(population.population.count) + " events", 0);
+        WriteTable(html, TabulateStatistics(population, "parameter"),
+                   population.population.name + ", " + Grouped(population.population.count) + " events", 0);
     }
 }
 
@@ -166,7 +165,7 @@ void WriteContents(Html& html, const ReportedFile& file, const std::string& id) 
                     {"statistics", "Statistics", true},
                     {"histograms", "Histograms", !file.pictures.histograms.empty()},
                     {"compensation", "Compensation", !file.pictures.compensation.empty()},
-                    {"parameters", "Parameters", true}};
+                    {"format", "Format", true}};
     const Element nav(html, "nav", {{"aria-label", "Sections"}});
     const Element list(html, "ul");
     for (const auto& section : sections) {
@@ -179,7 +178,7 @@ void WriteContents(Html& html, const ReportedFile& file, const std::string& id) 
 }  // namespace
 
 void WriteSections(Html& html, const ReportedFile& file, const std::string& id) {
-    WriteProperties(html, file.properties);
+    WriteProperties(html, file.sample);
     WriteContents(html, file, id);
     WriteWarnings(html, file.statistics.summary.warnings, id);
     WriteTree(html, file.statistics.tree, id);
@@ -187,8 +186,9 @@ void WriteSections(Html& html, const ReportedFile& file, const std::string& id) 
     WriteStatistics(html, file.statistics, id);
     WriteHistograms(html, file.pictures.histograms, id);
     WriteCompensation(html, file.pictures.compensation, id);
-    const Section section(html, id, "parameters", "Parameters");
-    WriteTable(html, file.parameters, "How the file stores its parameters", 1);
+    const Section section(html, id, "format", "Format");
+    WriteProperties(html, file.format);
+    WriteTable(html, file.parameters, "Parameters as the file describes them", 1);
 }
 
 }  // namespace Host

@@ -13,7 +13,8 @@ namespace Host {
 
 struct ReportedFile {
     FileStatistics statistics;
-    std::vector<Property> properties;  ///< what the file says about itself
+    std::vector<Property> sample;  ///< what and whose it is
+    std::vector<Property> format;  ///< how the file stores it
     Table parameters;
     ReportPictures pictures;
 };

@@ -21,7 +21,7 @@ struct ParameterStatistics {
     /// The row of a parameter of which only the number of events is known.
     ParameterStatistics(std::string name, std::uint64_t events) : parameter(std::move(name)), count(events) {}
 
-    std::string parameter;  ///< $PnN as bytes
+    std::string parameter;  ///< $PnN as bytes, or another name to show
     std::uint64_t count = 0;
     std::optional<float> min, max, mean, median, sd;
     std::optional<float> cv;  ///< a ratio
