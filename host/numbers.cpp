@@ -62,7 +62,7 @@ std::string PercentText(double percent) {
 std::string Grouped(std::uint64_t number) {
     std::string text = std::to_string(number);
     for (std::size_t place = text.size(); place > 3;)
-        text.insert(place -= 3, ",");
+        text.insert(place -= 3, 1, ',');
     return text;
 }
 

@@ -42,7 +42,7 @@ void WriteContents(Html& html, const std::vector<std::string>& paths,
     const Element list(html, "ol");
     for (std::size_t i = 0; i < paths.size(); ++i) {
         const Element item(html, "li");
-        html.Leaf("a", FileName(paths[i]), {{"href", "#" + SectionId(i)}});
+        html.Leaf("a", FileName(paths[i]), {{"href", '#' + SectionId(i)}});
         html.Text(files[i].result ? ", " + Grouped(files[i].result->statistics.summary.events) + " events"
                                   : ", refused");
     }
