@@ -162,11 +162,11 @@ TEST_P(CountingPlots, BinsHoldTheEventsInsideTheAxes) {
             const std::vector<bool> isCounted = events.Shown(isFiltered);
             Cells line(n), grid(n * n);
             for (std::size_t i = 0; i < isCounted.size(); ++i) {
-                const bool isInX = isCounted[i] && columns[i] > 0 && columns[i] < size - 1;
-                const bool isInY = rows[i] > 0 && rows[i] < size - 1;
-                line[static_cast<std::size_t>(columns[i])] += static_cast<int>(isInX);
-                grid[static_cast<std::size_t>(columns[i] * size + rows[i])] +=
-                    static_cast<int>(isInX && isInY);
+                const auto column = static_cast<std::size_t>(columns[i]);
+                const auto row = static_cast<std::size_t>(rows[i]);
+                const bool isInX = isCounted[i] && column > 0 && column < n - 1;
+                line[column] += static_cast<int>(isInX);
+                grid[column * n + row] += static_cast<int>(isInX && row > 0 && row < n - 1);
             }
             const auto total = static_cast<int>(std::ranges::count(isCounted, true));
             ExpectBins(line, total, [&](int* out, int& max, int& sum) {
