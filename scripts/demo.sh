@@ -14,7 +14,9 @@ cmake --build --preset release --target orvane_program
 orvane=build/release/host/orvane
 out=build/demo
 mkdir -p "$out"
+acquired=
 if [ -z "$file" ]; then
+    acquired=yes
     file=$out/sample.fcs
     strategy=examples/strategy.xml
     "$orvane" acquire --events 50000 --gates "$strategy" -o "$file"
@@ -36,6 +38,12 @@ if [ -n "$strategy" ]; then
     "$orvane" gate "$file" "${gates[@]}"
     "$orvane" stats "$file" "${gates[@]}" --format csv -o "$out/populations.csv"
     results+=("$out/populations.csv")
+fi
+if [ -n "$acquired" ]; then
+    "$orvane" plot "$file" "${gates[@]}" --x FSC-A --y SSC-A --population Singlets -o "$out/scatter.png"
+    "$orvane" plot "$file" "${gates[@]}" --x PerCP-Cy5-5-A --y PE-A --population "T cells" --kind contour \
+        -o "$out/cd4-cd8.png"
+    results+=("$out/scatter.png" "$out/cd4-cd8.png")
 fi
 
 echo
