@@ -289,6 +289,8 @@ struct Pixel {
     RegisterCounting("CountClustered", [](int) {
         return Pixel{static_cast<int>(spread(random)), static_cast<int>(spread(random))};
     });
+    static std::geometric_distribution<int> heap(0.5);
+    RegisterCounting("CountHeaped", [](int) { return Pixel{4 + heap(random), 4 + heap(random)}; });
     RegisterCounting("CountOneCell", [](int) { return Pixel{100, 200}; });
     RegisterCounting("CountTwoCells", [](int i) { return Pixel{100 + i % 2, 200}; });
     RegisterCounting("CountOneOfTwoCells", [](int) {
