@@ -24,12 +24,14 @@ std::vector<float> Gaussian(double sigma) {
 /// Smooths the rows and turns rows into columns: twice, and both directions are smooth.
 DensityGrid SmoothRowsTransposed(const DensityGrid& grid, const std::vector<float>& weights) {
     const int reach = static_cast<int>(weights.size() / 2);
-    DensityGrid result{grid.height, grid.width, std::vector<float>(grid.cells.size())};
+    DensityGrid result{grid.height, grid.width, {}};
+    result.cells.resize(grid.cells.size());
     std::vector<float> row(static_cast<std::size_t>(grid.width + 2 * reach));
     for (int y = 0; y < grid.height; ++y) {
-        std::copy_n(grid.cells.begin() + y * grid.width, grid.width, row.begin() + reach);
+        const auto source = grid.cells.begin() + static_cast<std::ptrdiff_t>(y) * grid.width;
+        std::copy_n(source, grid.width, row.begin() + reach);
         for (int x = 0; x < grid.width; ++x) {
-            result.cells[static_cast<std::size_t>(x * grid.height + y)] =
+            result.cells[result.Place(y, x)] =
                 std::inner_product(weights.begin(), weights.end(), row.begin() + x, 0.0F);
         }
     }
@@ -65,7 +67,7 @@ private:
     /// Of the node in column x and row y of the grid with its border.
     float Height(int x, int y) const {
         if (x == 0 || y == 0 || x > grid_.width || y > grid_.height) return 0;
-        return grid_.cells[static_cast<std::size_t>((y - 1) * grid_.width + x - 1)];
+        return grid_.cells[grid_.Place(x - 1, y - 1)];
     }
 
     /// The edge from a node to the one on its right, or to the one below.

@@ -1,6 +1,7 @@
 // Lines of equal height through a grid of densities.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "figure.h"
@@ -12,6 +13,10 @@ struct DensityGrid {
     int width;
     int height;
     std::vector<float> cells;
+
+    std::size_t Place(int x, int y) const {
+        return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x);
+    }
 };
 
 /// `grid` smoothed by a Gaussian of standard deviation `sigma` pixels. Beyond the border everything is 0.

@@ -90,6 +90,7 @@ Color Unpack(std::uint32_t cell) {
 /// The density below which outliers begin, and above it one line after the other.
 std::vector<float> FindLevels(const DensityGrid& grid) {
     std::vector<double> shares;
+    shares.reserve(ContourLevels);
     for (int line = 0; line < ContourLevels; ++line)
         shares.push_back(1 - (line + 0.5) / ContourLevels);
     return LevelsEnclosing(grid, shares);

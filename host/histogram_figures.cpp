@@ -23,7 +23,7 @@ class Counters {
 public:
     Counters(std::size_t curves, int pixels) : pixels_(pixels), counts_(curves), sections_(curves) {
         for (std::size_t i = 0; i < curves; ++i) {
-            counts_[i].resize(static_cast<std::size_t>(pixels + 2 * CanvasBorder));
+            counts_[i].resize(static_cast<std::size_t>(pixels) + 2 * CanvasBorder);
             sections_[i].Counts = counts_[i].data();
             sections_[i].Count = sections_[i].Capacity = static_cast<int>(counts_[i].size());
             pointers_.push_back(&sections_[i]);
@@ -39,11 +39,10 @@ public:
 
     /// The counts of a curve at each pixel, multiplied.
     std::vector<float> Scaled(std::size_t curve, double factor) const {
-        std::vector<float> heights;
-        for (int pixel = 0; pixel < pixels_; ++pixel) {
-            const int count = counts_[curve][static_cast<std::size_t>(pixel + CanvasBorder)];
-            heights.push_back(static_cast<float>(count * factor));
-        }
+        const auto first = counts_[curve].begin() + CanvasBorder;
+        std::vector<float> heights(static_cast<std::size_t>(pixels_));
+        std::transform(first, first + pixels_, heights.begin(),
+                       [&](int count) { return static_cast<float>(count * factor); });
         return heights;
     }
 

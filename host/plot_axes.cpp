@@ -33,9 +33,9 @@ constexpr double LeastWidth = 2e-5;
 constexpr double LeastBelowZero = 0.005;
 /// Values go over several decades when the highest is so many times one that a tenth lie below.
 constexpr double SeveralDecades = 50;
-/// Bounds of an asinh scale's width as shares of the largest value.
-constexpr double LeastAlpha = 1e-5;
-constexpr double MostAlpha = 0.1;
+/// The least width of an asinh scale as a share of the largest value: below some four decades it is noise
+/// that would be spread out.
+constexpr double LeastAlpha = 2e-4;
 
 /// The finite values of some events in a copy that may be reordered.
 class FiniteValues {
@@ -97,7 +97,7 @@ Summary Summarize(FiniteValues& values) {
     const double largest = std::max(std::abs(summary.low), std::abs(summary.high));
     const bool reachesBelowZero = values.Quantile(LeastBelowZero) < 0;
     const double alpha = values.Alpha(reachesBelowZero ? 0 : values.Quantile(0.5));
-    summary.alpha = largest == 0 ? 1 : std::clamp(alpha, LeastAlpha * largest, MostAlpha * largest);
+    summary.alpha = largest == 0 ? 1 : std::clamp(alpha, LeastAlpha * largest, largest);
     return summary;
 }
 
@@ -203,7 +203,7 @@ ScaleChoice UsualScale(const Parameter& parameter) {
 }
 
 std::string AxisLabel(const Parameter& parameter) {
-    const std::string name = Printable(parameter.name);
+    std::string name = Printable(parameter.name);
     const std::string stain = Printable(parameter.stain);
     if (stain.empty() || stain == name) return name;
     std::string label = stain;

@@ -66,6 +66,7 @@ PlotRequest MakeRequest(const PlotOptions& options, PlottedSample& sample) {
 
 Figure Draw(const std::vector<Outcome<std::unique_ptr<Source>>>& sources, const PlotOptions& options) {
     std::vector<PlottedSample*> samples;
+    samples.reserve(sources.size());
     for (const auto& source : sources)
         samples.push_back(&(*source.result)->sample);
     const PlotRequest request = MakeRequest(options, *samples[0]);

@@ -19,6 +19,7 @@ Dimension WithoutScale(Dimension dimension) {
 Axis FindAxis(const std::vector<PlottedSample*>& samples, const PlotRequest& request,
               const Dimension& dimension, const AxisChoice& wanted) {
     std::vector<ColumnEvents> shown;
+    shown.reserve(samples.size());
     for (PlottedSample* sample : samples)
         shown.push_back({&sample->Values(dimension), sample->Members(request.population)});
     AxisChoice choice = wanted;
@@ -198,6 +199,7 @@ Figure MakePlot(PlottedSample& sample, const PlotRequest& wanted) {
 
 Figure MakeOverlay(const std::vector<PlottedSample*>& samples, const PlotRequest& request) {
     std::vector<PlotEvents> events;
+    events.reserve(samples.size());
     for (PlottedSample* sample : samples)
         events.push_back(FindEvents(*sample, request, sample->Name()));
     const PlotFrame frame = FindFrame(samples, request, samples[0]->PopulationName(request.population));

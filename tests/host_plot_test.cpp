@@ -223,7 +223,7 @@ TEST(ContourLines, EncloseExactlyTheCellsAboveTheLevel) {
                         if (a.x + (row - a.y) / (b.y - a.y) * (b.x - a.x) > x + 0.5) inside = !inside;
                     }
                 }
-                EXPECT_EQ(inside, grid.cells[static_cast<std::size_t>(y * grid.width + x)] > 3.5F);
+                EXPECT_EQ(inside, grid.cells[grid.Place(x, y)] > 3.5F);
             }
         }
     }
