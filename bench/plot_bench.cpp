@@ -93,7 +93,7 @@ Sample& TheSample() {
 }
 
 struct Raster : OVBitmapData {
-    explicit Raster(int fill = 0) : Cells(Size * Size, fill) {
+    Raster() : Cells(Size * Size) {
         Width = Height = Size;
         Stride = 4 * Size;
         Bits = Cells.data();
@@ -178,27 +178,30 @@ void RegisterDotPlot(const std::string& group, bool hasPopulation) {
 }
 
 /// Counts as of a density plot: mostly small, many zero.
-Raster& TheCounts() {
-    static Raster raster;
-    std::mt19937 random(2);
-    std::geometric_distribution<int> count(0.2);
-    std::generate(raster.Cells.begin(), raster.Cells.end(), [&] { return count(random); });
-    return raster;
+const std::vector<int>& TheCounts() {
+    static const std::vector<int> counts = [] {
+        std::mt19937 random(2);
+        std::geometric_distribution<int> count(0.2);
+        std::vector<int> cells(Size * Size);
+        std::generate(cells.begin(), cells.end(), [&] { return count(random); });
+        return cells;
+    }();
+    return counts;
 }
 
-/// `work` replaces the cells of a raster of counts; every run starts with the counts.
+/// What `work` makes of a raster of counts.
 template <class Work>
 std::vector<int> CellsAfter(Work work) {
     Raster raster;
-    raster.Cells = TheCounts().Cells;
-    raster.Bits = raster.Cells.data();
+    std::copy(TheCounts().begin(), TheCounts().end(), raster.Bits);
     work(raster);
     return raster.Cells;
 }
 
+/// Includes filling the raster with the counts again.
 template <class Work>
 void TimeOnCounts(benchmark::State& state, Work work) {
-    const std::vector<int> counts = TheCounts().Cells;
+    const std::vector<int>& counts = TheCounts();
     Raster raster;
     for (auto _ : state) {
         std::copy(counts.begin(), counts.end(), raster.Bits);
