@@ -28,7 +28,7 @@ class Browser:
         # The browser expects its ends at the numbers 3 and 4.
         command = f'exec "$@" 3<&{to_browser} 4>&{from_browser}'
         self.process = subprocess.Popen(
-            ["sh", "-c", command, "sh", program, *options], pass_fds=[to_browser, from_browser],
+            ["bash", "-c", command, "bash", program, *options], pass_fds=[to_browser, from_browser],
             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         os.close(to_browser)
         os.close(from_browser)
@@ -44,6 +44,8 @@ class Browser:
     def close(self):
         self.process.terminate()
         self.process.wait()
+        os.close(self.sending)
+        os.close(self.receiving)
 
     def receive(self):
         while b"\0" not in self.buffer:
