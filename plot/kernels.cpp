@@ -34,8 +34,8 @@ struct Levels {
     int Max;
     int TopCell;
     double Factor;
-    /// The products of the cells up to this, on either side of zero, fit 32-bit integers. 0 when nothing is
-    /// known of other cells than 0.
+    /// The products of the cells up to this, on either side of zero, fit 32-bit integers; 0 when there may be
+    /// no such cells.
     int Reach;
 
 private:
@@ -53,7 +53,7 @@ constexpr int BlockSize = 64;
 /// side.
 ORVANE_KERNEL_INLINE void ConvertBlock(const Levels levels, int* cells) {
     const auto reach = static_cast<unsigned>(levels.Reach);
-    int anyBeyond = 0;
+    int anyBeyond = levels.Reach == 0 ? 1 : 0;
     for (int i = 0; i < BlockSize; ++i) {
         anyBeyond |= static_cast<unsigned>(cells[i]) + reach > 2 * reach ? 1 : 0;
     }

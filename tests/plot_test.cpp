@@ -101,11 +101,12 @@ int NaiveLevel(int cell, int max, float level) {
 }
 
 TEST_P(Plots, LevelsAndColors) {
-    for (const float level : {0.1F, 0.05F, 0.3F, 1.0F, 2.5F, 1e-3F, 1e-9F, 1e-30F, -0.1F}) {
+    for (const float level : {0.1F, 0.05F, 0.3F, 1.0F, 2.5F, 1e-3F, 1e-9F, 1e-30F, 0.0F, -0.1F}) {
         for (const int max : {1, 3, 7, 25, 49, 100, 103, 107, 161, 187, 196, 197, 200, 4999, Largest, -7}) {
-            Raster raster(199, 1, 0);
-            for (int i = 0; i < raster.Width; ++i)
+            Raster raster(199, 1, 0, 0);
+            for (int i = 64; i < raster.Width; ++i)
                 raster.SetData(i, 0, i < 190 ? i * 7 % 201 - 9 : max - (198 - i));
+            raster.SetData(70, 0, max);
             raster.SetData(100, 0, max % 2 == 0 ? Smallest : Largest);
             const Cells cells = raster.Storage;
             raster.SetDataIndexByMaxAndLevel(max, level);
