@@ -23,7 +23,7 @@ class Counters {
 public:
     Counters(std::size_t curves, int pixels) : pixels_(pixels), counts_(curves), sections_(curves) {
         for (std::size_t i = 0; i < curves; ++i) {
-            counts_[i].resize(static_cast<std::size_t>(pixels) + 2 * CanvasBorder);
+            counts_[i].resize(static_cast<std::size_t>(pixels) + std::size_t{2} * CanvasBorder);
             sections_[i].Counts = counts_[i].data();
             sections_[i].Count = sections_[i].Capacity = static_cast<int>(counts_[i].size());
             pointers_.push_back(&sections_[i]);

@@ -86,7 +86,7 @@ const Gate& FindRegion(const Strategy& strategy, const Gate& gate) {
     return *region;
 }
 
-/// Linear and asinh scales of gates are those of their pictures; on a logarithmic one zero is far away.
+/// The scale that the gate was drawn on; an asinh scale stands for a logarithmic one, too.
 ScaleChoice ScaleFor(const Strategy& strategy, const Dimension& dimension) {
     if (dimension.transformation.empty()) return ScaleChoice::Auto;
     const Scale& scale = strategy.scales.at(dimension.transformation);
