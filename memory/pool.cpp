@@ -29,6 +29,11 @@ void ClearSegment(MemorySegment& segment) {
     }
 }
 
+Pool& ThePool() {
+    static Pool& pool = *new Pool;
+    return pool;
+}
+
 Pool::Pool() {
     Configure(PoolSettings());
 }

@@ -138,11 +138,9 @@ struct Pool {
 };
 
 /// The pool of the process. It exists from its first use on, also for static constructors, and is never
-/// destroyed, so that static destructors may still return storage.
-inline Pool& ThePool() {
-    static Pool& pool = *new Pool;
-    return pool;
-}
+/// destroyed, so that static destructors may still return storage. Deliberately not inline: on Windows every
+/// module that calls it would have a pool of its own.
+Pool& ThePool();
 
 /// Adds to a counter while the pool's lock is held.
 inline void Add(std::atomic<std::int64_t>& counter, std::int64_t bytes) {

@@ -1,6 +1,9 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need, and only those that are missing.
-# Usage: scripts/setup.sh [--lint] [--browser]   (adds the formatter and the linter; a browser for its test)
+# Usage: scripts/setup.sh [--lint] [--browser] [--windows]
+#   --lint     adds the formatter and the linter
+#   --browser  adds a browser for its test
+#   --windows  adds the cross-compiler, Wine and the sources of GoogleTest
 set -euo pipefail
 
 packages=(g++ cmake ninja-build pkg-config libgtest-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev
@@ -9,6 +12,7 @@ for option in "$@"; do
     case $option in
         --lint) packages+=(clang-format clang-tidy clang) ;;
         --browser) packages+=(chromium python3) ;;
+        --windows) packages+=(g++-mingw-w64-x86-64-posix wine wine64 googletest) ;;
     esac
 done
 

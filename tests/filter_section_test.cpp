@@ -20,7 +20,7 @@ OVFilterSection operations;
 const Counts Cuts{1, 31, 32, 33, 0, 64, 13};
 
 long CountSet(const EventBits& bits) {
-    return std::count(bits.begin(), bits.end(), true);
+    return static_cast<long>(std::count(bits.begin(), bits.end(), true));
 }
 
 class FilterVectors : public ::testing::TestWithParam<InstructionSet> {

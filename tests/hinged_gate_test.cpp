@@ -71,7 +71,7 @@ struct HingedModel {
         std::uniform_real_distribution<float> part(-0.2F, 1.2F);
         std::uniform_real_distribution<float> exponent(-8.0F, -1.0F);
         const auto any = [&](const Axis& axis) { return axis[3] + part(random) * (axis[4] - axis[3]); };
-        const auto near = [&](double value) {
+        const auto close = [&](double value) {
             const auto at = static_cast<float>(value);
             return random() % 4 == 0 ? at * (1.0F + std::pow(10.0F, exponent(random))) : Near(at, random);
         };
@@ -79,8 +79,8 @@ struct HingedModel {
         while (static_cast<int>(points.size()) < count) {
             const float x = any(X.Ends), y = any(Y.Ends);
             points.emplace_back(x, y);
-            points.emplace_back(near(ArmX(13 + random() % 2, y)), y);
-            points.emplace_back(x, near(ArmY(11 + random() % 2, x)));
+            points.emplace_back(close(ArmX(13 + random() % 2, y)), y);
+            points.emplace_back(x, close(ArmY(11 + random() % 2, x)));
         }
         return points;
     }
