@@ -15,8 +15,9 @@
 // functions it shares with others in that set, and the linker may keep those.
 #pragma once
 
-// GCC does not align the stack for AVX spills on Windows, so only the baseline is built there.
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(_WIN32)
+#include "foundation/platform.h"
+
+#if defined(__x86_64__) && defined(__GNUC__) && ORVANE_ALIGNS_WIDE_VECTORS
 #define ORVANE_WIDE_KERNELS 1
 #else
 #define ORVANE_WIDE_KERNELS 0

@@ -4,6 +4,14 @@
 
 #include <cstddef>
 
+/// Whether vectors wider than 16 bytes are aligned when the compiler puts them on the stack. GCC does not
+/// align them on Windows.
+#if defined(_WIN32) && defined(__GNUC__)
+#define ORVANE_ALIGNS_WIDE_VECTORS 0
+#else
+#define ORVANE_ALIGNS_WIDE_VECTORS 1
+#endif
+
 namespace Orvane {
 
 /// Memory at a multiple of `alignment` (a power of two), or null. Requests of two MiB and more are aligned to

@@ -1,12 +1,8 @@
 #include "progress.h"
 
-#include <cstdio>
-
-#if defined(_WIN32)
-#include <io.h>
-#else
 #include <unistd.h>
-#endif
+
+#include <cstdio>
 
 namespace Host {
 namespace {
@@ -15,11 +11,7 @@ constexpr std::chrono::milliseconds Patience(1000);
 constexpr std::chrono::milliseconds Interval(100);
 
 bool StandardErrorIsTerminal() {
-#if defined(_WIN32)
-    return _isatty(_fileno(stderr)) != 0;
-#else
     return isatty(STDERR_FILENO) != 0;
-#endif
 }
 
 }  // namespace

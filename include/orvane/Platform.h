@@ -1,5 +1,6 @@
 // The platform as a host sees it: how symbols are exported and what a critical section is. Everything else
-// that differs between systems stays inside the library.
+// that differs between systems stays inside the library. On Windows this brings in the lean <windows.h>; a
+// host that wants all of it includes it first.
 #pragma once
 
 #if defined(_WIN32)
