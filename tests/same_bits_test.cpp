@@ -121,7 +121,7 @@ void AddGates(Population& population, Digest& digest) {
 
 /// Stored channels on a logarithmic scale of four decades, as the float values that stand for them.
 void AddLogarithmicData(Population& population, Digest& digest) {
-    std::vector<std::uint16_t> channels(3 * Population::EventCount);
+    std::vector<std::uint16_t> channels(std::size_t{3} * Population::EventCount);
     for (std::size_t i = 0; i < channels.size(); ++i)
         channels[i] = static_cast<std::uint16_t>(i % 1024);
     SegmentSection segment;
