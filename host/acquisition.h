@@ -2,7 +2,7 @@
 // compensated beside it, for the live display.
 #pragma once
 
-#include <cstdint>
+#include <utility>
 #include <vector>
 
 #include <orvane/OVEventSection.h>

@@ -21,19 +21,23 @@ std::vector<float> Gaussian(double sigma) {
     return weights;
 }
 
-/// Smooths the rows and turns rows into columns: twice, and both directions are smooth.
+/// Smooths the rows and turns rows into columns: twice, and both directions are smooth. Most cells of most
+/// grids are 0 and cost nothing.
 DensityGrid SmoothRowsTransposed(const DensityGrid& grid, const std::vector<float>& weights) {
-    const int reach = static_cast<int>(weights.size() / 2);
+    const auto reach = static_cast<std::ptrdiff_t>(weights.size() / 2);
     DensityGrid result{grid.height, grid.width, {}};
     result.cells.resize(grid.cells.size());
-    std::vector<float> row(static_cast<std::size_t>(grid.width + 2 * reach));
+    std::vector<float> row(static_cast<std::size_t>(grid.width) + weights.size() - 1);
     for (int y = 0; y < grid.height; ++y) {
-        const auto source = grid.cells.begin() + static_cast<std::ptrdiff_t>(y) * grid.width;
-        std::copy_n(source, grid.width, row.begin() + reach);
+        std::fill(row.begin(), row.end(), 0.0F);
         for (int x = 0; x < grid.width; ++x) {
-            result.cells[result.Place(y, x)] =
-                std::inner_product(weights.begin(), weights.end(), row.begin() + x, 0.0F);
+            const float cell = grid.cells[grid.Place(x, y)];
+            if (cell == 0) continue;
+            std::transform(weights.begin(), weights.end(), row.begin() + x, row.begin() + x,
+                           [cell](float weight, float sum) { return sum + weight * cell; });
         }
+        for (int x = 0; x < grid.width; ++x)
+            result.cells[result.Place(y, x)] = row[static_cast<std::size_t>(x + reach)];
     }
     return result;
 }
@@ -56,7 +60,7 @@ public:
         }
         std::vector<ContourLine> lines;
         for (std::size_t edge = 0; edge < next_.size(); ++edge) {
-            if (next_[edge] != NoEdge) lines.push_back({Follow(static_cast<int>(edge)), true, color});
+            if (next_[edge] != NoEdge) lines.push_back({Follow(static_cast<int>(edge)), color});
         }
         return lines;
     }

@@ -63,7 +63,8 @@ std::vector<int> ToCells(const DensityGrid& grid, float largest) {
     return cells;
 }
 
-/// Dots for the first events of the pixels whose density in the canvas is below `level` cells.
+/// Dots on the pixels with events whose density in the canvas is below `level` cells. The library marks
+/// them with the place of their first event before rounding; the dot goes where the raster has it.
 std::vector<AreaPoint> FindOutliers(PlotCanvas& canvas, Orvane::OVPlotData& data,
                                     Orvane::OVBitmapData& firstEvents, int level) {
     // The library truncates the product; half a cell more keeps rounding from making it the level below.
@@ -72,12 +73,10 @@ std::vector<AreaPoint> FindOutliers(PlotCanvas& canvas, Orvane::OVPlotData& data
                                                    canvas.Y());
     std::vector<AreaPoint> dots;
     for (int i = 0; i < firstEvents.Width * firstEvents.Height; ++i) {
-        const int place = firstEvents.Bits[i];
-        if (place == std::numeric_limits<int>::max()) continue;
-        const float x = static_cast<float>(place & 0xFFFF) - CanvasShift;
-        const float y = static_cast<float>(place >> 16) - CanvasShift;
-        dots.push_back({std::clamp(x, 0.5F, static_cast<float>(canvas.Width()) - 0.5F),
-                        std::clamp(y, 0.5F, static_cast<float>(canvas.Height()) - 0.5F)});
+        if (firstEvents.Bits[i] == std::numeric_limits<int>::max()) continue;
+        const int x = std::clamp(i % firstEvents.Width - CanvasBorder, 0, canvas.Width() - 1);
+        const int y = std::clamp(i / firstEvents.Width - CanvasBorder, 0, canvas.Height() - 1);
+        dots.push_back({static_cast<float>(x) + 0.5F, static_cast<float>(y) + 0.5F});
     }
     return dots;
 }

@@ -48,17 +48,17 @@ struct DataPoint {
     double y;
 };
 
-/// The border of a gate. Infinite values mean that the gate is open there: up to the edge of the plot area.
+/// The border of a gate, its last point joined to the first. Infinite values mean that the gate is open
+/// there: up to the edge of the plot area.
 struct Outline {
     std::string label;  ///< may have several lines: a name, a per cent
     std::vector<DataPoint> points;
-    bool closed = true;
     Color color;
 };
 
+/// Its last point is joined to the first.
 struct ContourLine {
     std::vector<AreaPoint> points;
-    bool closed;
     Color color;
 };
 

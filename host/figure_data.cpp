@@ -37,7 +37,7 @@ void DrawLine(Canvas& canvas, const Layout& layout, const ContourLine& line) {
     const Box area = layout.AreaBox();
     for (const AreaPoint& point : line.points)
         cairo_line_to(context, area.left + point.x, area.top + point.y);
-    if (line.closed) cairo_close_path(context);
+    cairo_close_path(context);
     SetColor(context, line.color);
     cairo_set_line_width(context, ContourWidth * layout.em);
     cairo_stroke(context);

@@ -7,6 +7,7 @@
 
 #include "figure_axes.h"
 #include "figure_text.h"
+#include "numbers.h"
 
 namespace Host {
 namespace {
@@ -123,14 +124,6 @@ private:
     Box area_;
     bool vertical_;
 };
-
-/// `count` with its digits in groups of three.
-std::string Grouped(std::uint64_t count) {
-    std::string text = std::to_string(count);
-    for (std::size_t i = text.size(); i > 3; i -= 3)
-        text.insert(i - 3, 1, ',');
-    return text;
-}
 
 /// An arrow and a count; nothing when there is nothing to count.
 std::string OffScaleText(const char* arrow, std::uint64_t count) {

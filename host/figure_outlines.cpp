@@ -67,7 +67,7 @@ public:
     }
 
 private:
-    /// In pixels, infinite values just beyond the plot area; a closed outline ends where it starts.
+    /// In pixels, infinite values just beyond the plot area; the last point is the first again.
     std::vector<Point> MapPoints(const Outline& outline) const {
         std::vector<Point> points;
         for (const DataPoint& point : outline.points) {
@@ -77,7 +77,7 @@ private:
             points.push_back({std::isinf(x) ? std::clamp(x, bounds_.left, bounds_.Right()) : x,
                               std::isinf(y) ? std::clamp(y, bounds_.top, bounds_.Bottom()) : y});
         }
-        if (outline.closed && !points.empty()) points.push_back(points.front());
+        if (!points.empty()) points.push_back(points.front());
         return points;
     }
 

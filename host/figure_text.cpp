@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <numbers>
+#include <string_view>
 
 #include "display.h"
 
@@ -37,6 +38,28 @@ std::vector<std::size_t> CharacterStarts(const std::string& text) {
     }
     starts.push_back(text.size());
     return starts;
+}
+
+/// Whether UTF-8 text has at `place` one of the 66 code points that Unicode gives no character: U+FDD0 to
+/// U+FDEF and the last two of each plane. Cairo takes none of them for valid.
+bool IsNoncharacter(std::string_view text, std::size_t place) {
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[place + i]); };
+    const bool isLong = byte(0) >= 0xF0;
+    if (byte(0) < 0xEF) return false;
+    if (!isLong && byte(1) == 0xB7) return byte(2) >= 0x90 && byte(2) < 0xB0;
+    const bool isEndOfPlane = isLong ? (byte(1) & 0x0FU) == 0x0F && byte(2) == 0xBF : byte(1) == 0xBF;
+    return isEndOfPlane && byte(isLong ? 3 : 2) >= 0xBE;
+}
+
+/// Valid UTF-8 with the sign for what cannot be shown in the place of noncharacters.
+std::string WithoutNoncharacters(const std::string& text) {
+    const std::vector<std::size_t> starts = CharacterStarts(text);
+    std::string result;
+    for (std::size_t i = 0; i + 1 < starts.size(); ++i) {
+        const std::size_t length = starts[i + 1] - starts[i];
+        result += IsNoncharacter(text, starts[i]) ? "\uFFFD" : text.substr(starts[i], length);
+    }
+    return result;
 }
 
 void DrawHalo(cairo_t* context, const std::string& text, const TextStyle& style) {
@@ -94,7 +117,7 @@ std::vector<std::string> TextLines(const std::string& text) {
     std::vector<std::string> lines;
     for (std::size_t start = 0; start <= text.size();) {
         const std::size_t end = std::min(text.find('\n', start), text.size());
-        lines.push_back(Printable(std::string_view(text).substr(start, end - start)));
+        lines.push_back(WithoutNoncharacters(Printable(std::string_view(text).substr(start, end - start))));
         start = end + 1;
     }
     return lines;

@@ -30,7 +30,8 @@ void DrawText(Canvas& canvas, const std::string& text, const TextStyle& style, P
 void DrawTextUpward(Canvas& canvas, const std::string& text, const TextStyle& style, Point baseline,
                     Align align);
 
-/// The lines of `text` as they can be drawn: valid UTF-8 without control characters.
+/// The lines of `text` as they can be drawn: valid UTF-8 without control characters and
+/// noncharacters.
 std::vector<std::string> TextLines(const std::string& text);
 
 /// Those lines in one, separated by blanks.

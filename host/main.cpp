@@ -3,8 +3,10 @@
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
+#include <filesystem>
 #include <map>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "acquire_command.h"
@@ -12,6 +14,7 @@
 #include "convert_command.h"
 #include "gate_command.h"
 #include "info_command.h"
+#include "numbers.h"
 #include "output.h"
 #include "parallel.h"
 #include "plot_command.h"
@@ -43,6 +46,16 @@ const std::map<std::string, Host::ScaleChoice> ScaleChoices{{"linear", Host::Sca
                                                             {"asinh", Host::ScaleChoice::Asinh},
                                                             {"auto", Host::ScaleChoice::Auto}};
 
+const CLI::Validator FileName(
+    [](const std::string& text) { return text.empty() ? "expected the name of a file" : ""; }, "");
+
+/// Stricter than the reading of numbers by the library for arguments, which takes large ones for the largest.
+const CLI::Validator Unsigned(
+    [](const std::string& text) {
+        return Host::ParseUnsigned(text) ? "" : text + " is not a whole number of 64 bits";
+    },
+    "");
+
 /// An option with the names of `choices` for values.
 template <class Value, class Choice>
 CLI::Option* AddChoice(CLI::App& command, const std::string& name, Value& value,
@@ -60,6 +73,18 @@ CLI::Option* AddAnalysis(CLI::App& command, Host::AnalysisOptions& options) {
         "none, file (the matrix of the file, which is used where there is one unless this says otherwise) or "
         "a CSV file: a line with the names of the channels and a line of numbers for each");
     return command.add_option("--gates", options.gates, "Gates, as Gating-ML 2.0");
+}
+
+/// What is made from a file must not take its place.
+void RequireOtherOutput(const std::string& output, std::vector<std::string> inputs,
+                        const Host::AnalysisOptions& options) {
+    inputs.insert(inputs.end(), {options.gates, options.compensate});
+    for (const std::string& input : inputs) {
+        std::error_code error;
+        if (std::filesystem::equivalent(output, input, error)) {
+            throw CLI::ValidationError(output, "a file to read cannot be the one to write");
+        }
+    }
 }
 
 /// Channel values are neither compensated nor gated.
@@ -95,6 +120,7 @@ void AddStats(CLI::App& program, Host::StatsOptions& options, int& status) {
     command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
     command->callback([&] {
         RequireScaleValues(options.values, options.analysis);
+        RequireOtherOutput(options.output, options.files, options.analysis);
         status = Host::RunStats(options);
     });
 }
@@ -108,7 +134,11 @@ void AddGate(CLI::App& program, Host::GateOptions& options, int& status) {
     AddChoice(*command, "--format", options.format, StatsFormats, "table, csv or json");
     command->add_option("-o,--output", options.output, "Write to a file instead of standard output");
     command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
-    command->callback([&] { status = Host::RunGate(options); });
+    command->callback([&] {
+        RequireOtherOutput(options.output, {options.file}, options.analysis);
+        RequireOtherOutput(options.membership, {options.file}, options.analysis);
+        status = Host::RunGate(options);
+    });
 }
 
 void AddConvert(CLI::App& program, Host::ConvertOptions& options, int& status) {
@@ -136,10 +166,13 @@ void AddReport(CLI::App& program, Host::ReportOptions& options, int& status) {
     CLI::App* command = program.add_subcommand("report", "Make a web page about FCS files");
     command->add_option("files", options.files, "FCS files")->required();
     AddAnalysis(*command, options.analysis);
-    command->add_option("-o,--output", options.output, "The HTML file to write")->required();
+    command->add_option("-o,--output", options.output, "The HTML file to write")->required()->check(FileName);
     command->add_option("--jobs", options.jobs, "Number of files at a time")->check(CLI::Range(1, 1024));
     command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
-    command->callback([&] { status = Host::RunReport(options); });
+    command->callback([&] {
+        RequireOtherOutput(options.output, options.files, options.analysis);
+        status = Host::RunReport(options);
+    });
 }
 
 void AddAcquire(CLI::App& program, Host::AcquireOptions& options) {
@@ -153,7 +186,7 @@ void AddAcquire(CLI::App& program, Host::AcquireOptions& options) {
         ->check(CLI::Range(1, MostEvents))
         ->capture_default_str();
     command->add_option("--seed", options.seed, "What the blood is drawn from")
-        ->check(CLI::NonNegativeNumber)
+        ->check(Unsigned)
         ->capture_default_str();
     command
         ->add_option("--rate", options.rate,
@@ -161,7 +194,7 @@ void AddAcquire(CLI::App& program, Host::AcquireOptions& options) {
         ->check(CLI::Range(0, HighestRate));
     command->add_option("--gates", options.gates,
                         "Gates to count while it runs, as Gating-ML 2.0, instead of those for leukocytes");
-    command->add_option("-o,--output", options.output, "FCS file to write")->required();
+    command->add_option("-o,--output", options.output, "FCS file to write")->required()->check(FileName);
     command->callback([&] { Host::RunAcquire(options); });
 }
 
@@ -176,7 +209,7 @@ std::vector<CLI::Option*> AddAxis(CLI::App& command, const std::string& axis, Ho
         [&choice, name](const std::string& text) {
             choice.range = Host::ParseRange(text);
             if (!choice.range)
-                throw CLI::ValidationError(name, text + " is no range of rising numbers MIN,MAX");
+                throw CLI::ValidationError(name, text + " is not MIN,MAX, floats at least 0.0001 apart");
         },
         "MIN,MAX instead of what the values reach");
     return {scale, range};
@@ -207,11 +240,13 @@ void AddPlot(CLI::App& program, Host::PlotOptions& options, int& status) {
     command->add_option("--overlay", options.overlay, "More files over the first, separated by commas")
         ->delimiter(',')
         ->allow_extra_args(false);
-    command->add_option("-o,--output", options.output, "The PNG file to write")->required();
+    command->add_option("-o,--output", options.output, "The PNG file to write")->required()->check(FileName);
     command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
     command->callback([&] {
         const std::string fault = Host::CheckPlot(options);
-        if (!fault.empty()) throw CLI::ValidationError("--kind", fault);
+        if (!fault.empty()) throw CLI::ValidationError(fault);
+        RequireOtherOutput(options.output, options.overlay, options.analysis);
+        RequireOtherOutput(options.output, {options.file}, options.analysis);
         status = Host::RunPlot(options);
     });
 }

@@ -19,7 +19,7 @@ std::optional<std::size_t> FindParameter(const EventLayout& layout, const std::s
 std::string ListNames(const EventLayout& layout) {
     std::string names;
     for (const Parameter& parameter : layout.parameters) {
-        names += (names.empty() ? "" : ", ") + Printable(parameter.name);
+        names += (names.empty() ? "" : ", ") + Excerpt(parameter.name);
     }
     return names;
 }

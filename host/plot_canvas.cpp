@@ -34,7 +34,7 @@ World Extend(const Axis& axis, int pixels, double first, double last) {
 
 std::unique_ptr<Orvane::IOVCoordinateTransformerX> MakeTransformerX(const Axis& axis, int pixels) {
     // Clamping transformers round: half a pixel on makes it the pixel's left edge that counts.
-    const double first = -CanvasShift - Nudge;
+    const double first = -0.5 - Nudge;
     const World world = Extend(axis, pixels, first, first + pixels + 2 * CanvasBorder);
     return std::unique_ptr<Orvane::IOVCoordinateTransformerX>(
         Orvane::OVCoordinateTransformerXFactory::CreateTransformer(
@@ -44,7 +44,7 @@ std::unique_ptr<Orvane::IOVCoordinateTransformerX> MakeTransformerX(const Axis& 
 
 std::unique_ptr<Orvane::IOVCoordinateTransformerY> MakeTransformerY(const Axis& axis, int pixels) {
     // Rows count down, and rounding goes down with them.
-    const double first = -CanvasBorder - CanvasShift - Nudge;
+    const double first = -CanvasBorder - 0.5 - Nudge;
     const World world = Extend(axis, pixels, first, first + pixels + 2 * CanvasBorder);
     return std::unique_ptr<Orvane::IOVCoordinateTransformerY>(
         Orvane::OVCoordinateTransformerYFactory::CreateTransformer(

@@ -14,9 +14,8 @@
 namespace Host {
 
 /// The transformers below keep what is off scale in one more pixel on either side of the axis: the border of
-/// the raster. Their positions without rounding are greater than those in the plot area by `CanvasShift`.
+/// the raster.
 constexpr int CanvasBorder = 1;
-constexpr float CanvasShift = 0.5F;
 
 /// Column 1 to column `pixels` hold the values of the axis, each from the left edge of its pixel to below the
 /// right one; column 0 and the one behind them hold what is off scale.

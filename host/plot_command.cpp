@@ -1,8 +1,8 @@
 #include "plot_command.h"
 
 #include <algorithm>
-#include <cmath>
 #include <filesystem>
+#include <limits>
 #include <memory>
 
 #include "display.h"
@@ -93,8 +93,8 @@ std::optional<DataRange> ParseRange(std::string_view text) {
     if (comma == std::string_view::npos) return std::nullopt;
     const std::optional<double> min = ParseNumber(text.substr(0, comma));
     const std::optional<double> max = ParseNumber(text.substr(comma + 1));
-    // Compared as a width that is a number, so that infinite widths are refused as well.
-    if (!min || !max || !(*max - *min >= LeastWidth) || !std::isfinite(*max - *min)) return std::nullopt;
+    if (!min || !max || *max - *min < LeastWidth) return std::nullopt;
+    if (std::max(-*min, *max) > std::numeric_limits<float>::max()) return std::nullopt;
     return DataRange{*min, *max};
 }
 
@@ -114,12 +114,12 @@ bool ParseSize(std::string_view text, PictureSize& size) {
 std::string CheckPlot(const PlotOptions& options) {
     const PlotKind kind = ChooseKind(options);
     const bool flat = kind == PlotKind::Histogram;
-    if (flat && !options.y.empty()) return "a histogram has no --y";
-    if (!flat && options.y.empty()) return "dot, density and contour plots need --y";
+    if (flat && !options.y.empty()) return "--kind: a histogram has no --y";
+    if (!flat && options.y.empty()) return "--kind: dot, density and contour plots need --y";
     if (options.overlay.empty()) return "";
-    if (!flat && kind != PlotKind::Dot) return "only dot plots and histograms can have an --overlay";
+    if (!flat && kind != PlotKind::Dot) return "--overlay: only dot plots and histograms can have one";
     if (!flat && options.overlay.size() >= MostDotSamples) {
-        return "dot plots show at most " + std::to_string(MostDotSamples) + " files";
+        return "--overlay: dot plots show at most " + std::to_string(MostDotSamples) + " files";
     }
     return "";
 }

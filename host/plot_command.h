@@ -26,13 +26,13 @@ struct PlotOptions {
     bool strict = false;
 };
 
-/// "MIN,MAX", finite and wide enough for an axis. None for anything else.
+/// "MIN,MAX", numbers that floats reach and far enough apart for an axis. None for anything else.
 std::optional<DataRange> ParseRange(std::string_view text);
 
 /// "WIDTHxHEIGHT", each from 160 to 2400, put into `size`. False for anything else.
 bool ParseSize(std::string_view text, PictureSize& size);
 
-/// Why no plot can be made of these options together; empty when one can.
+/// Why no plot can be made of these options together, beginning with the one at fault; empty when one can.
 std::string CheckPlot(const PlotOptions& options);
 
 /// Returns the exit status: 0, or 1 when a file was refused; then nothing is written.

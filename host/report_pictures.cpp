@@ -102,14 +102,15 @@ struct Spill {
 
 std::vector<Spill> FindWorst(const Spillover& matrix, const EventLayout& layout) {
     constexpr std::size_t MostPairs = 4;
+    std::vector<std::optional<std::size_t>> channels;
+    for (const std::string& name : matrix.names)
+        channels.push_back(FindChannel(layout, name));
     std::vector<Spill> spills;
     for (std::size_t i = 0; i < matrix.names.size(); ++i) {
         for (std::size_t j = 0; j < matrix.names.size(); ++j) {
-            const std::optional<std::size_t> from = FindChannel(layout, matrix.names[i]);
-            const std::optional<std::size_t> to = FindChannel(layout, matrix.names[j]);
             const double share = matrix.At(i, j) / matrix.At(i, i);
-            if (i != j && from && to && share != 0 && std::isfinite(share)) {
-                spills.push_back({*from, *to, share});
+            if (i != j && channels[i] && channels[j] && share != 0 && std::isfinite(share)) {
+                spills.push_back({*channels[i], *channels[j], share});
             }
         }
     }

@@ -54,7 +54,7 @@ std::vector<Outline> FindOutlines(PlottedSample& sample, const PlotRequest& requ
         if (points.empty()) continue;
         std::string label = sample.PopulationName(gate);
         label.append("\n").append(Percentage(sample.CountOf(gate), sample.CountOf(request.population)));
-        outlines.push_back({std::move(label), std::move(points), true, GateColor(i)});
+        outlines.push_back({std::move(label), std::move(points), GateColor(i)});
     }
     return outlines;
 }

@@ -121,6 +121,7 @@ TEST_F(HostAcquire, RefusesWhatItCannotDo) {
                                         {"--events", "10000001"},
                                         {"--events", "many"},
                                         {"--seed", "-1"},
+                                        {"--seed", "18446744073709551616"},
                                         {"--rate", "-5"}}) {
         Strings arguments = good;
         arguments.insert(arguments.end(), {option, value});

@@ -1,4 +1,5 @@
 // Pictures of events by the host program: what is drawn, what is refused, and the geometry underneath.
+#include <cairo.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -75,6 +76,34 @@ Size SizeOf(const std::string& png) {
     return {number(16), number(20)};
 }
 
+/// The colors of the pixels of a PNG file, row by row.
+std::vector<std::uint32_t> PixelsOf(const std::string& path) {
+    cairo_surface_t* picture = cairo_image_surface_create_from_png(path.c_str());
+    const auto* first = reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(picture));
+    std::vector<std::uint32_t> pixels(
+        first, first + cairo_image_surface_get_width(picture) * cairo_image_surface_get_height(picture));
+    cairo_surface_destroy(picture);
+    for (std::uint32_t& pixel : pixels)
+        pixel &= 0xFFFFFFU;
+    return pixels;
+}
+
+TEST_F(HostPlot, ContoursPutOutliersOnThePixelsThatDotPlotsPutThemOn) {
+    Strings options{Clouds(), "--x", "Par1", "--y", "Par2", "--kind", "dot"};
+    Draw(options);
+    const std::vector<std::uint32_t> dots = PixelsOf(Path("picture.png"));
+    options.back() = "contour";
+    Draw(options);
+    const std::vector<std::uint32_t> contours = PixelsOf(Path("picture.png"));
+    int outliers = 0;
+    for (std::size_t i = 0; i < dots.size(); ++i) {
+        if (contours[i] != 0x464646 || dots[i] == 0x464646) continue;
+        EXPECT_EQ(dots[i], 0x0072B2U) << i;
+        ++outliers;
+    }
+    EXPECT_GT(outliers, 10);
+}
+
 TEST_F(HostPlot, DrawsEveryKindTheSameEveryTimeAndWithItsGates) {
     const std::string sample = Clouds();
     const std::string other = Clouds("b.fcs", 6000, 3000);
@@ -145,7 +174,7 @@ TEST_F(HostPlot, RefusesWithoutTouchingWhatWasThere) {
         {2, {"--x", "Par1", "--y", "Par2", "--overlay", nine}, "at most 8"},
         {2, {"--x", "Par1", "--x-range", "5,5"}, "--x-range"},
         {2, {"--x", "Par1", "--x-range", "0,inf"}, "--x-range"},
-        {2, {"--x", "Par1", "--x-range", "-1e308,1e308"}, "--x-range"},
+        {2, {"--x", "Par1", "--x-range", "0,1e39"}, "--x-range"},
         {2, {"--x", "Par1", "--y-range", "0,1"}, "--y"},
         {2, {"--x", "Par1", "--size", "100x2000"}, "--size"},
         {2, {"--x", "Par1", "--size", "640"}, "--size"},
@@ -161,6 +190,10 @@ TEST_F(HostPlot, RefusesWithoutTouchingWhatWasThere) {
     }
     EXPECT_EQ(ReadFile(Path("old.png")), "old");
     EXPECT_EQ(Run({"plot", sample, "--x", "Par1"}).status, 2);
+    const std::string bytes = ReadFile(sample);
+    for (const std::string output : {"", sample.c_str()})
+        EXPECT_EQ(Run({"plot", sample, "--x", "Par1", "-o", output}).status, 2);
+    EXPECT_EQ(ReadFile(sample), bytes);
     EXPECT_EQ(Run({"plot", sample, "--x", "Par1", "-o", Path("no/where.png")}).status, 1);
     for (const auto& file : std::filesystem::directory_iterator(Path("")))
         EXPECT_NE(file.path().extension(), ".part") << file.path();

@@ -35,6 +35,7 @@ protected:
             builder.data += EncodeFloat(value);
         builder.delimiter = '|';
         builder.Set("$P1N", "</table><script>x</script>");
+        builder.Set("$P1S", "\xEF\xBF\xBE \xEF\xB7\x90 \xF0\x9F\xBF\xBF");  // none of them a character
         builder.Set("$P2S", "\"><img src=x>");
         builder.Set("$CYT", "<b onclick='x'>&amp;");
         return Write(builder, "a <u> $(b) & c.fcs");
