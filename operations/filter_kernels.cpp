@@ -121,14 +121,19 @@ void Spread(const Planes& planes, int halves, std::uint16_t unassigned, std::uin
 
 int KeepSelectedPortable(const std::uint32_t* select, int count, std::uint16_t* values) {
     int kept = 0;
-    for (int start = 0; start < count; start += 32) {
-        std::uint32_t word = select[start / 32];
-        const int end = std::min(start + 32, count);
-        for (int i = start; i < end; ++i, word >>= 1) {
-            values[kept] = values[i];
-            kept += static_cast<int>(word & 1U);
+    const auto keep = [&](int start, int size) {
+        const std::uint32_t word = select[start / 32];
+#pragma GCC unroll 32
+        for (int i = 0; i < size; ++i) {
+            values[kept] = values[start + i];
+            kept += static_cast<int>((word >> i) & 1U);
         }
+    };
+    int start = 0;
+    for (; count - start >= 32; start += 32) {
+        keep(start, 32);
     }
+    if (start < count) keep(start, count - start);
     return kept;
 }
 

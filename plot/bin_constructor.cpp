@@ -2,8 +2,8 @@
 #include <orvane/OVBinConstructor.h>
 #include <orvane/OVBitmapData.h>
 
-#include "operations/model_kernels.h"
 #include "plot/count_kernels.h"
+#include "plot/histogram_kernels.h"
 #include "plot/walk.h"
 
 namespace Orvane {
@@ -27,7 +27,7 @@ template <class Events>
 void Construct1D(int* bins, int n, const std::vector<SignalSection*>& sections, IOVCoordinateTransformerX& x,
                  const Events& events, int& maxBin, int& total) {
     WalkBins(sections, x, events, [&](std::size_t /*k*/, const unsigned short* columns, int count) {
-        CountNumbers(columns, count, {bins, n});
+        CountByGate(columns, count, nullptr, {bins, n}, {});
         AddTo(total, count);
     });
     if (n > 0) bins[0] = bins[n - 1] = 0;

@@ -28,6 +28,7 @@ template <class Move>
 void FoldEdge(const OVBitmapData& raster, const Move& move) {
     const int lastRow = raster.Height - 1;
     const int lastColumn = raster.Width - 1;
+    if (lastRow < 0 || lastColumn < 0) return;
     assert(lastRow > 0 && lastColumn > 0);
     for (int x = 0; x <= lastColumn; ++x) {
         move(x, 0, x, 1);

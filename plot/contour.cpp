@@ -37,13 +37,13 @@ void OVPlotViewContour::RenderPlot(OVPlotData& data, OVBitmapData& counts, IOVCo
 
 void OVPlotViewContour::RenderPlot_All(OVPlotData& data, OVBitmapData& counts, IOVCoordinateTransformerX* x,
                                        IOVCoordinateTransformerY* y) const {
-    CountEvents(data, counts, *x, *y, EveryEvent{});
+    CountPixels(data, counts, *x, *y, EveryEvent{});
 }
 
 void OVPlotViewContour::RenderPlot_Part(OVPlotData& data, OVBitmapData& counts, IOVCoordinateTransformerX* x,
                                         IOVCoordinateTransformerY* y,
                                         std::vector<FilterSection*>& population) const {
-    CountEvents(data, counts, *x, *y, PopulationEvents{population});
+    CountPixels(data, counts, *x, *y, PopulationEvents{population});
 }
 
 void OVPlotViewContour::RenderPlot(OVPlotData& data, OVBitmapData& counts, OVBitmapData& firstEvent,

@@ -10,7 +10,7 @@ namespace Orvane {
 
 /// Adds every event that `events` lets through to its cell.
 template <class Events>
-void CountEvents(const OVPlotData& data, const OVBitmapData& counts, IOVCoordinateTransformerX& x,
+void CountPixels(const OVPlotData& data, const OVBitmapData& counts, IOVCoordinateTransformerX& x,
                  IOVCoordinateTransformerY& y, const Events& events) {
     WalkPixels(*data.XSections, *data.YSections, x, y, events,
                [&](std::size_t /*k*/, const Pixels& pixels) { CountCells(counts, pixels); });

@@ -20,13 +20,13 @@ void OVPlotViewDensity::RenderPlot(OVPlotData& data, OVBitmapData& bitmap, IOVCo
 
 void OVPlotViewDensity::RenderPlot_All(OVPlotData& data, OVBitmapData& bitmap, IOVCoordinateTransformerX* x,
                                        IOVCoordinateTransformerY* y) const {
-    CountEvents(data, bitmap, *x, *y, EveryEvent{});
+    CountPixels(data, bitmap, *x, *y, EveryEvent{});
 }
 
 void OVPlotViewDensity::RenderPlot_Part(OVPlotData& data, OVBitmapData& bitmap, IOVCoordinateTransformerX* x,
                                         IOVCoordinateTransformerY* y,
                                         std::vector<FilterSection*>& population) const {
-    CountEvents(data, bitmap, *x, *y, PopulationEvents{population});
+    CountPixels(data, bitmap, *x, *y, PopulationEvents{population});
 }
 
 void OVPlotViewDensity::SetBitmapColor(OVBitmapData& bitmap, float level, int* colors, int count) {

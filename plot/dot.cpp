@@ -1,4 +1,4 @@
-// Dot plots: every event marks its pixel, by gate in a plot of one sample, by sample in a plot of several.
+// The dot plot of one sample: every event marks its pixel with the number of its last gate.
 #include <algorithm>
 #include <cassert>
 #include <optional>

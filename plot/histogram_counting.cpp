@@ -1,7 +1,5 @@
 #include "plot/histogram_counting.h"
 
-#include <algorithm>
-
 #include <orvane/OVFilterSection.h>
 #include <orvane/OVSignalSection.h>
 #include <orvane/OVStatisticsSignalSection.h>
@@ -55,15 +53,16 @@ public:
             gates_.push_back({nullptr, CountersOf(*gate.Counts)});
     }
 
-    /// Counts the pixels of section `k`, whose gates have the bits `bitsOf(g, flags)`, made from their flags
-    /// for the section.
+    /// Counts the pixels of section `k`, of which `shown` are shown and whose gates have the bits
+    /// `bitsOf(g, flags)`, made from their flags for the section.
     template <class BitsOf>
-    void Count(std::size_t k, const unsigned short* pixels, int count, const BitsOf& bitsOf) {
+    void Count(std::size_t k, const unsigned short* pixels, int count, const std::uint32_t* shown,
+               const BitsOf& bitsOf) {
         for (std::size_t g = 0; g < gates_.size(); ++g) {
             const FilterSections* members = histogram_.Gates[g].Members;
             if (members != nullptr) gates_[g].Members = bitsOf(g, (*members)[k]->Flags);
         }
-        CountByGate(pixels, count, CountersOf(histogram_.Counts), gates_);
+        CountByGate(pixels, count, shown, CountersOf(histogram_.Counts), gates_);
     }
 
 private:
@@ -71,18 +70,20 @@ private:
     std::vector<GateCounters> gates_;
 };
 
-template <class Events>
-void CountReal(const Histogram& histogram, IOVCoordinateTransformerX& x, const Events& events) {
+/// Counts the events that `events` maps; `shownIn(k)` tells which of section k are shown.
+template <class Events, class ShownIn>
+void CountReal(const Histogram& histogram, IOVCoordinateTransformerX& x, const Events& events,
+               const ShownIn& shownIn) {
     GateBins gates(histogram);
     const auto asTheyAre = [](std::size_t /*gate*/, const std::uint32_t* flags) { return flags; };
     WalkBins(histogram.Signals, x, events, [&](std::size_t k, const unsigned short* pixels, int count) {
-        gates.Count(k, pixels, count, asTheyAre);
+        gates.Count(k, pixels, count, shownIn(k), asTheyAre);
     });
 }
 
 }  // namespace
 
-bool IsSmoothed(OVPlotData& data) {
+bool IsSmoothed(const OVPlotData& data) {
     auto* population = PopulationOf(data);
     const long events = population != nullptr ? OVFilterSection().GetTrueTotalCount(*population)
                                               : OVSignalSection().GetTotalCount(*data.XSections);
@@ -90,11 +91,12 @@ bool IsSmoothed(OVPlotData& data) {
 }
 
 void CountEvents(const Histogram& histogram, IOVCoordinateTransformerX& x) {
-    CountReal(histogram, x, EveryEvent{});
+    CountReal(histogram, x, EveryEvent{}, [](std::size_t /*section*/) { return nullptr; });
 }
 
 void CountPopulation(const Histogram& histogram, FilterSections& population, IOVCoordinateTransformerX& x) {
-    CountReal(histogram, x, MarkedPopulation{population});
+    CountReal(histogram, x, MarkedPopulation{population},
+              [&](std::size_t section) { return population[section]->Flags; });
 }
 
 // Each section is expanded by itself, so that the virtual events of its event e are those from 64 e on,
@@ -112,11 +114,12 @@ void CountVirtualEvents(const Histogram& histogram, IOVCoordinateTransformerX& x
         int first = 0;
         WalkBins(expanded.Sections, x, EveryEvent{},
                  [&](std::size_t /*section*/, const unsigned short* pixels, int count) {
-                     gates.Count(k, pixels, count, [&](std::size_t gate, const std::uint32_t* flags) {
-                         auto* bits = reinterpret_cast<std::uint32_t*>(repeated[gate].Get());
-                         RepeatBits(flags, VirtualPerEvent, first, count, bits);
-                         return bits;
-                     });
+                     gates.Count(k, pixels, count, nullptr,
+                                 [&](std::size_t gate, const std::uint32_t* flags) {
+                                     auto* bits = reinterpret_cast<std::uint32_t*>(repeated[gate].Get());
+                                     RepeatBits(flags, VirtualPerEvent, first, count, bits);
+                                     return bits;
+                                 });
                      first += count;
                  });
     }

@@ -33,7 +33,7 @@ struct Histogram {
 };
 
 /// Whether the population that a plot shows is so small that virtual events are counted instead of its own.
-bool IsSmoothed(OVPlotData& data);
+bool IsSmoothed(const OVPlotData& data);
 
 /// Adds every event to the counters of its bin.
 void CountEvents(const Histogram& histogram, IOVCoordinateTransformerX& x);

@@ -18,6 +18,7 @@ constexpr int GatesAtOnce = 4;
 constexpr int Keys = 1 << GatesAtOnce;
 constexpr int BinsAtOnce = 1024;
 constexpr int BlockSize = 512;
+constexpr unsigned short NotShown = 65535;  // or in the last of 65536 bins
 
 /// The counters of a window of bins, by key. The row behind the last bin takes the events of all other bins.
 struct KeyedCounters {
@@ -98,6 +99,22 @@ void AddKeyed(const KeyedCounters& keyed, unsigned mask, Counters total) {
     }
 }
 
+/// Whether event `i` is among them; null for every event.
+bool IsAmong(const std::uint32_t* events, int i) {
+    return events == nullptr || ((events[i / 32] >> (i % 32)) & 1U) != 0;
+}
+
+/// Counts the shown events of bin 65535, one by one.
+void CountLastBin(const unsigned short* bins, int count, const std::uint32_t* shown, Counters all,
+                  std::span<const GateCounters> gates) {
+    for (int i = 0; i < count; ++i) {
+        if (bins[i] != NotShown || !IsAmong(shown, i)) continue;
+        CountNumbers(bins + i, 1, all);
+        for (const GateCounters& gate : gates)
+            if (IsAmong(gate.Members, i)) CountNumbers(bins + i, 1, gate.Bins);
+    }
+}
+
 /// The number of bins up to the largest number, 65535 apart.
 int UsedBins(const unsigned short* bins, int count) {
     unsigned short used = 0;
@@ -108,11 +125,15 @@ int UsedBins(const unsigned short* bins, int count) {
 
 }  // namespace
 
-void CountByGate(const unsigned short* bins, int count, Counters all, std::span<const GateCounters> gates) {
+void CountByGate(const unsigned short* bins, int count, const std::uint32_t* shown, Counters all,
+                 std::span<const GateCounters> gates) {
     int end = all.Capacity;
     for (const GateCounters& gate : gates)
         end = std::max(end, gate.Bins.Capacity);
+    if (end > NotShown) CountLastBin(bins, count, shown, all, gates);
     end = std::min(end, UsedBins(bins, count));
+    // One window after another would take longer.
+    if (gates.empty() && end > BinsAtOnce) return CountNumbers(bins, count, {all.Counts, end});
     KeyedCounters keyed;
     do {
         const auto group = gates.first(std::min<std::size_t>(GatesAtOnce, gates.size()));

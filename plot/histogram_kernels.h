@@ -15,8 +15,10 @@ struct GateCounters {
 };
 
 /// Adds 1 to the counter of every bin number, in `all` and in every gate that has the event. Numbers at or
-/// above a counter's capacity are skipped, and 65535 always.
-void CountByGate(const unsigned short* bins, int count, Counters all, std::span<const GateCounters> gates);
+/// above a counter's capacity are skipped. Events that are not shown have the number 65535; `shown`, one bit
+/// per event, tells them from those of bin 65535. It is null when every event is shown.
+void CountByGate(const unsigned short* bins, int count, const std::uint32_t* shown, Counters all,
+                 std::span<const GateCounters> gates);
 
 /// Every event stands for `times` consecutive ones of a longer sequence: stores the bits of `count` of those,
 /// from `first` on.

@@ -22,7 +22,8 @@ struct Pixels {
 constexpr int CellBlockSize = 32;
 
 /// Calls `visit(numbers, first, size)` for block after block of events, where numbers[i] is the position in
-/// the raster's memory of the cell of event first + i. 32 bits hold every position: columns and rows have 16.
+/// the raster's memory of the cell of event first + i. 32 bits hold every position, because no pixel lies
+/// beyond row and column 65535.
 template <class Visit>
 ORVANE_KERNEL_INLINE void NumberCells(const OVBitmapData& raster, const Pixels pixels, const Visit& visit) {
     const auto pitch = static_cast<std::uint32_t>(raster.Stride / 4);

@@ -28,13 +28,16 @@ struct Case {
     int ShownEvents;
     /// One letter per gate: b background, n null filters, a digit the number of 8 events that it has.
     const char* Gates;
-    int Bins = 40;  ///< of an asinh axis that keeps all events; more for a linear one, off which some lie
+    /// 40 of an asinh axis or 65536 of a linear one, which keep all events, or of a linear one off which some
+    /// lie.
+    int Bins = 40;
 };
 
 constexpr int Prime = 2477;  // spreads the events of a population
 
 // Around the limit of smoothing in every form; sections that end within a word, virtual ones that end within
-// the events of a real one; more gates and bins than are counted at once; events off the screen.
+// the events of a real one; more gates and bins than are counted at once; events off the screen, and in
+// the last bin there can be.
 const Case Cases[] = {
     {480, 4999, Shown::Everything, 4999, "b"},
     {480, 5000, Shown::Everything, 5000, "b"},
@@ -49,6 +52,8 @@ const Case Cases[] = {
     {2048, 5000, Shown::Everything, 5000, "12345b", 3000},
     {2048, 7000, Shown::Population, 6000, "2b", 3000},
     {2048, 3000, Shown::PopulationFilters, 1000, "b2", 3000},
+    {2048, 5000, Shown::Everything, 5000, "n4b", 65536},
+    {2048, 7000, Shown::Population, 6000, "n4b", 65536},
 };
 
 /// Count sections with a guard behind the counters, which must stay.
@@ -74,7 +79,7 @@ struct Scene {
           Drawn(Events.Sections, Events.Sections),
           Population(Events.Sections),
           X(OVCoordinateTransformerXFactory::CreateTransformer(
-              0.0F, static_cast<float>(row.Bins), -1000.0, 1000.0, 50.0, row.Bins == 40, row.Bins == 40)) {
+              0.0F, static_cast<float>(row.Bins), -1000.0, 1000.0, 50.0, row.Bins == 40, row.Bins != 3000)) {
         int event = 0;
         for (FilterSection* section : Population.Sections) {
             for (int i = 0; i < section->Count; ++i, ++event)

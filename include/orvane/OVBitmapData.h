@@ -16,7 +16,7 @@ namespace Orvane {
 struct ORVANE_API OVBitmapData {
     int Height = 0;       ///< rows
     int Width = 0;        ///< cells of a row
-    int Stride = 0;       ///< bytes from one row to the next, at least 4 * `Width`
+    int Stride = 0;       ///< bytes from one row to the next, a multiple of 4, at least 4 * `Width`
     int* Bits = nullptr;  ///< row 0 first
 
     /// Adds `v`, in 32-bit arithmetic that wraps.
@@ -59,7 +59,7 @@ struct ORVANE_API OVBitmapData {
 
     /// Fold the border one cell inward: first row 0 and the last row in every column, then the first and last
     /// cell of the rows between. The inner cell gets the sum, or the larger of both; the border cell becomes
-    /// 0. The raster has at least two rows and two columns.
+    /// 0. The raster has at least two rows and two columns, or no cells at all.
     void MoveEdgeData();
     void MoveEdgeDataGreater();
     /// The same for border cells that equal `flag` exactly, which is set in the inner cell; other border

@@ -26,13 +26,14 @@ public:
     /// not cleared before. A gate with null `Filters` holds every event.
     ///
     /// `Gates` must have a background entry, as FindBackgroundIndex finds it; this is not checked. Columns
-    /// from a count section's `Count` on are not counted there, and column 65535 never. Pixel columns and
-    /// virtual events are temporary storage of the pool: OutOfMemoryException* is thrown when it is
-    /// exhausted, with some sections counted and totals as they were.
+    /// from a count section's `Count` on are not counted there. Pixel columns and virtual events are
+    /// temporary storage of the pool: OutOfMemoryException* is thrown when it is exhausted, with some
+    /// sections counted and totals as they were.
     virtual void ConvertSignalToCount(OVPlotData& data, std::vector<CountSection*>& counts,
                                       IOVCoordinateTransformerX* x) = 0;
 };
 
+/// The stateless implementation.
 class ORVANE_API OVPlotViewHistogram : public IOVPlotViewHistogram {
 public:
     void ConvertSignalToCount(OVPlotData& data, std::vector<CountSection*>& counts,

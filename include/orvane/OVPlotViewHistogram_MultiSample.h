@@ -20,12 +20,13 @@ public:
     /// with null `XSections` are left out.
     ///
     /// Deliberate: `TotalCount` stays, unlike in the view of one sample; the counters are not cleared before.
-    /// Columns from a count section's `Count` on are not counted there, and column 65535 never.
-    /// OutOfMemoryException* is thrown when the pool is exhausted, with some of the events counted.
+    /// Columns from a count section's `Count` on are not counted there. OutOfMemoryException* is thrown when
+    /// the pool is exhausted, with some of the events counted.
     virtual void ConvertSignalToCount(std::vector<OVPlotData*>& samples, std::vector<CountSection*>& counts,
                                       IOVCoordinateTransformerX* x) = 0;
 };
 
+/// The stateless implementation.
 class ORVANE_API OVPlotViewHistogram_MultiSample : public IOVPlotViewHistogram_MultiSample {
 public:
     void ConvertSignalToCount(std::vector<OVPlotData*>& samples, std::vector<CountSection*>& counts,
