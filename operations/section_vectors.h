@@ -49,6 +49,17 @@ void ReleaseFromFirst(std::vector<Section*>& sections) {
     ReleaseFromLast(sections);
 }
 
+/// A vector of sections that lives as long as a call.
+template <class Section>
+struct TemporaryVector {
+    TemporaryVector() = default;
+    TemporaryVector(const TemporaryVector&) = delete;
+    TemporaryVector& operator=(const TemporaryVector&) = delete;
+    ~TemporaryVector() { ReleaseFromLast(Sections); }
+
+    std::vector<Section*> Sections;
+};
+
 /// The sum of one number per section, `numberOf(section)`, in 32-bit arithmetic that wraps.
 template <class Section, class NumberOf>
 int SumOver(const std::vector<Section*>& sections, NumberOf numberOf) {

@@ -26,11 +26,10 @@ std::optional<RobustRow> FindRobustRow(const SignalSections& sections, int count
 }
 
 // The same for any number of values, working on a copy where the search failed.
-RobustRow CalcRobustRow(OVStatisticsSignalSection& statistics, OVSignalSection& signals,
-                        SignalSections& sections, int count) {
+RobustRow CalcRobustRow(OVStatisticsSignalSection& statistics, SignalSections& sections, int count) {
     if (count == 0) return {0, 0};
     if (const auto row = FindRobustRow(sections, count)) return *row;
-    TemporarySections copy(signals);
+    TemporarySections copy;
     statistics.BackupSignalSection(sections, copy.Sections);
     const float median = statistics.Median(copy.Sections);
     return {median, statistics.RobustSD(copy.Sections, median)};
@@ -41,7 +40,7 @@ RobustRow CalcRobustRow(OVStatisticsSignalSection& statistics, OVSignalSection& 
 bool OVStatisticsSignalSection::CalcStatistic_Average_Median(SignalSections& sections,
                                                              FilterSections& filters, float& average,
                                                              float& median) {
-    TemporarySections gated(*signalSection_);
+    TemporarySections gated;
     BackupSignalSection(sections, filters, gated.Sections);
     return CalcStatistic_AverageMedian(gated.Sections, average, median);
 }
@@ -55,7 +54,7 @@ bool OVStatisticsSignalSection::CalcStatistic_Average_Median(SignalSections& sec
         median = MedianOf(*middle);
         return count > 0;
     }
-    TemporarySections copy(*signalSection_);
+    TemporarySections copy;
     BackupSignalSection(sections, copy.Sections);
     median = Median(copy.Sections);
     return true;
@@ -80,7 +79,7 @@ bool OVStatisticsSignalSection::CalcStatistic_AverageMedianRCVRSD(SignalSections
 
 bool OVStatisticsSignalSection::CalcStatistic_MorePara(SignalSections& sections, FilterSections& filters,
                                                        OVSignalStatistics& statistics) {
-    TemporarySections gated(*signalSection_);
+    TemporarySections gated;
     BackupSignalSection(sections, filters, gated.Sections);
     return CalcStatistic_MorePara(gated.Sections, statistics);
 }
@@ -90,7 +89,7 @@ bool OVStatisticsSignalSection::CalcStatistic_MorePara(SignalSections& sections,
     statistics.Average = Average(sections, statistics.Count, statistics.Min, statistics.Max);
     statistics.SD = SD(sections, statistics.Average);
     statistics.CV = statistics.SD / statistics.Average;
-    const RobustRow row = CalcRobustRow(*this, *signalSection_, sections, statistics.Count);
+    const RobustRow row = CalcRobustRow(*this, sections, statistics.Count);
     statistics.Median = row.Median;
     statistics.RobustSD = row.RobustSD;
     statistics.RobustCV = RobustCVOf(row.RobustSD, row.Median);
@@ -109,7 +108,7 @@ bool OVStatisticsSignalSection::CalcStatistic_MorePara_4Part(SignalSections& par
 bool OVStatisticsSignalSection::CalcStatistic_MoreParaQC(SignalSections& sections, FilterSections& filters,
                                                          float limit, OVSignalStatistics& statistics,
                                                          int& rejected) {
-    TemporarySections gated(*signalSection_);
+    TemporarySections gated;
     BackupSignalSection(sections, filters, gated.Sections);
     return CalcStatistic_MoreParaQC(gated.Sections, limit, statistics, rejected);
 }
@@ -117,10 +116,10 @@ bool OVStatisticsSignalSection::CalcStatistic_MoreParaQC(SignalSections& section
 bool OVStatisticsSignalSection::CalcStatistic_MoreParaQC(SignalSections& sections, float limit,
                                                          OVSignalStatistics& statistics, int& rejected) {
     const int count = static_cast<int>(signalSection_->GetTotalCount(sections));
-    const RobustRow row = CalcRobustRow(*this, *signalSection_, sections, count);
+    const RobustRow row = CalcRobustRow(*this, sections, count);
     const double reach = static_cast<double>(limit) * row.RobustSD;
     const ValueRange range{static_cast<float>(row.Median - reach), static_cast<float>(row.Median + reach)};
-    TemporarySections peak(*signalSection_);
+    TemporarySections peak;
     CopyRange(*signalSection_, Population(sections), range, peak.Sections);
     const bool hasValues = CalcStatistic_MorePara(peak.Sections, statistics);
     rejected = count - statistics.Count;

@@ -45,7 +45,7 @@ float OVStatisticsSignalSection::RobustCV(SignalSections& sections, float median
 }
 
 float OVStatisticsSignalSection::RobustSD(SignalSections& sections, float min, float max) {
-    TemporarySections inRange(*signalSection_);
+    TemporarySections inRange;
     CopyRange(*signalSection_, Population(sections), {min, max}, inRange.Sections);
     return RobustSD(inRange.Sections, Median(inRange.Sections));
 }
@@ -54,15 +54,15 @@ bool OVStatisticsSignalSection::RobustSD_LessMinValue(SignalSections& sections, 
     sd = 0;
     float min = 0;
     float max = 0;
-    TemporarySections copy(*signalSection_);
+    TemporarySections copy;
     BackupSignalSection_LessMinValue(sections, threshold, copy.Sections, min, max);
     if (signalSection_->GetTotalCount(copy.Sections) == 0) return false;
     const float median = [&] {
-        FourParts parts(*signalSection_);
+        FourParts parts;
         BackupAndSeparateSection_4Part(copy.Sections, min, max, parts[0], parts[1], parts[2], parts[3]);
         return CalcMedian_4Part(parts[0], parts[1], parts[2], parts[3]);
     }();
-    FourParts parts(*signalSection_);
+    FourParts parts;
     DifferenceMedianAndSeparateSection_4Part(copy.Sections, median, min, max, parts[0], parts[1], parts[2],
                                              parts[3]);
     sd = RobustSDOf(CalcMedian_4Part(parts[0], parts[1], parts[2], parts[3]));
@@ -70,7 +70,7 @@ bool OVStatisticsSignalSection::RobustSD_LessMinValue(SignalSections& sections, 
 }
 
 float OVStatisticsSignalSection::CalcRSDForQC(SignalSections& sections, FilterSections& filters) {
-    TemporarySections gated(*signalSection_);
+    TemporarySections gated;
     BackupSignalSection(sections, filters, gated.Sections);
     return CalcRSDForQC(gated.Sections);
 }

@@ -20,10 +20,6 @@ float RobustCVOf(float robustSD, float median);
 /// Four vectors of sections that live as long as a call.
 class FourParts {
 public:
-    explicit FourParts(OVSignalSection& signals)
-        : parts_{TemporarySections(signals), TemporarySections(signals), TemporarySections(signals),
-                 TemporarySections(signals)} {}
-
     SignalSections& operator[](int part) { return parts_[part].Sections; }
 
 private:

@@ -11,6 +11,7 @@
 #include <orvane/Sections.h>
 
 #include "operations/order_kernels.h"
+#include "operations/section_vectors.h"
 
 namespace Orvane {
 
@@ -123,25 +124,13 @@ private:
     int written_ = 0;
 };
 
+using TemporarySections = TemporaryVector<SignalSection>;
+
 /// Copies the values in `range`, in order, into `out`.
 inline void CopyRange(OVSignalSection& signals, const Population& population, ValueRange range,
                       SignalSections& out) {
     PackedWriter writer(signals, out);
     population.ForEachRunInRange(AsItStands{}, range, [&](ValueSpan run) { writer.Append(run); });
 }
-
-/// A vector of sections that lives as long as a call.
-class TemporarySections {
-public:
-    explicit TemporarySections(OVSignalSection& signals) : signals_(signals) {}
-    TemporarySections(const TemporarySections&) = delete;
-    TemporarySections& operator=(const TemporarySections&) = delete;
-    ~TemporarySections() { signals_.ReleaseVectorSection(Sections); }
-
-    SignalSections Sections;
-
-private:
-    OVSignalSection& signals_;
-};
 
 }  // namespace Orvane

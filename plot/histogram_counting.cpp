@@ -30,17 +30,6 @@ struct MarkedPopulation {
     }
 };
 
-/// A vector of sections that lives as long as a call.
-template <class Section>
-struct TemporaryVector {
-    TemporaryVector() = default;
-    TemporaryVector(const TemporaryVector&) = delete;
-    TemporaryVector& operator=(const TemporaryVector&) = delete;
-    ~TemporaryVector() { ReleaseFromLast(Sections); }
-
-    std::vector<Section*> Sections;
-};
-
 Counters CountersOf(CountSection& counts) {
     return {counts.Counts, counts.Count};
 }
