@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need, and only those that are missing.
-# Usage: scripts/setup.sh [--lint] [--browser] [--windows]
-#   --lint     adds the formatter and the linter
-#   --browser  adds a browser for its test
-#   --windows  adds the cross-compiler, Wine and the sources of GoogleTest
+# Usage: scripts/setup.sh [--lint] [--browser] [--windows] [--docs] [--packages]
+#   --lint      adds the formatter and the linter
+#   --browser   adds a browser for its test
+#   --windows   adds the cross-compiler, Wine and the sources of GoogleTest
+#   --docs      adds what makes the reference of the headers
+#   --packages  adds what makes Debian packages
 set -euo pipefail
 
 packages=(g++ cmake ninja-build pkg-config libgtest-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev
@@ -13,6 +15,8 @@ for option in "$@"; do
         --lint) packages+=(clang-format clang-tidy clang) ;;
         --browser) packages+=(chromium python3) ;;
         --windows) packages+=(g++-mingw-w64-x86-64-posix wine wine64 googletest) ;;
+        --docs) packages+=(doxygen) ;;
+        --packages) packages+=(dpkg-dev file) ;;
     esac
 done
 

@@ -25,6 +25,7 @@ private:
 /// Holds a critical section from construction to the end of the scope, however the scope is left.
 class ORVANE_API AutoLock {
 public:
+    /// Waits until no other thread holds `section`, which must outlive this object.
     explicit AutoLock(CRITICAL_SECTION* section);
     AutoLock(const AutoLock&) = delete;
     AutoLock& operator=(const AutoLock&) = delete;

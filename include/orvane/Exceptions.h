@@ -14,7 +14,9 @@ namespace Orvane {
 /// For the host's use; the library does not throw it.
 class ORVANE_API CallLogicException {
 public:
+    /// Keeps the pointers, not copies of the texts.
     CallLogicException(char* message, char* file, int line);
+    /// What the constructor was given.
     char* GetMessageException() const;
     char* GetFile() const;
     int GetLine() const;
@@ -29,6 +31,7 @@ private:
 /// "Out of memory." when a second attempt found none either.
 class ORVANE_API OutOfMemoryException {
 public:
+    /// Keeps the pointer, not a copy of the text, and gives it back.
     explicit OutOfMemoryException(char* message);
     char* GetMessageException() const;
 
@@ -39,6 +42,7 @@ private:
 /// An address that the pool never gave out, or a copy or removal that does not fit its section.
 class ORVANE_API InvalidMemoryException {
 public:
+    /// Keeps the pointer, not a copy of the text, and gives it back.
     explicit InvalidMemoryException(char* message);
     char* GetMessageException() const;
 
@@ -49,6 +53,7 @@ private:
 /// Storage was returned to the pool that is not in use.
 class ORVANE_API RepeatFreeException {
 public:
+    /// Keeps the pointer, not a copy of the text, and gives it back.
     explicit RepeatFreeException(char* message);
     char* GetMessageException() const;
 
@@ -59,6 +64,7 @@ private:
 /// A section was passed as an element of a vector that does not contain it.
 class ORVANE_API InvalidParameterException {
 public:
+    /// Keeps the pointer, not a copy of the text, and gives it back.
     explicit InvalidParameterException(char* message);
     char* GetMessageException() const;
 

@@ -12,11 +12,11 @@ namespace Orvane {
 
 /// A snapshot of the pool: settings, lengths of its lists, packets handed out, byte counters.
 struct MemoryStatisticsInfo {
-    int SegmentSize;
-    int BlockCount;
-    int Capacity;
-    int CapacityInt;
-    int InitCount;
+    int SegmentSize;            ///< bytes of a segment
+    int BlockCount;             ///< blocks of a segment
+    int Capacity;               ///< entries of a float, short or bit packet
+    int CapacityInt;            ///< entries of an int packet
+    int InitCount;              ///< segments that ReleaseToInit keeps
     int SegmentCount;           ///< segments the pool has
     int FreeCount;              ///< segments of which nothing is handed out
     int NoFullFloatCount;       ///< segments with a block left for float packets
@@ -104,6 +104,7 @@ public:
     /// Bytes obtained from the allocator since the last ReleaseAll, those given back meanwhile included.
     static std::int64_t GetNewSize();
 
+    /// The settings of InitMemoryManage: bytes of a segment, entries of a packet and of an int packet.
     static int GetSegmentSize();
     static int GetCapacity();
     static int GetCapacityInt();

@@ -23,32 +23,33 @@ struct FloatPacket {
     int Index;           ///< position within the block, from 0
 };
 
-/// A column of 16-bit values, fields as in FloatPacket. Two share a block.
+/// A column of 16-bit values. Two share a block.
 struct ShortPacket {
-    short* Address;
-    MemoryBlock* Block;
-    int Count;
-    int Index;
+    short* Address;      ///< first element
+    MemoryBlock* Block;  ///< the block that the packet lies in
+    int Count;           ///< number of elements
+    int Index;           ///< position within the block, from 0
 };
 
-/// An array of int counters, fields as in FloatPacket. Capacity / CapacityInt of them share a block.
+/// An array of int counters. Capacity / CapacityInt of them share a block.
 struct IntPacket {
-    int* Address;
-    MemoryBlock* Block;
-    int Count;
-    int Index;
+    int* Address;        ///< first element
+    MemoryBlock* Block;  ///< the block that the packet lies in
+    int Count;           ///< number of elements
+    int Index;           ///< position within the block, from 0
 };
 
-/// An array of bits, one per event, fields as in FloatPacket; Count is in bits. 32 share a block.
+/// An array of bits, one per event. 32 share a block.
 struct BitPacket {
-    int* Address;
-    MemoryBlock* Block;
-    int Count;
-    int Index;
+    int* Address;        ///< first word
+    MemoryBlock* Block;  ///< the block that the packet lies in
+    int Count;           ///< number of bits
+    int Index;           ///< position within the block, from 0
 };
 
 /// The packets of a block; the member that matches the block's type is in use.
 union UsePacket {
+    /// In index order; the first `PacketCount` of the block are used.
     FloatPacket Floats[MaxPoolParts];
     ShortPacket Shorts[MaxPoolParts];
     IntPacket Ints[MaxPoolParts];
@@ -66,7 +67,7 @@ struct MemoryBlock {
     int PacketCount;         ///< packets the block is, or was last, cut into
     std::uint32_t UsedMask;  ///< bit i: packet i is handed out
     int Type;                ///< 0 free, 1 float, 2 short, 3 int, 4 bit
-    UsePacket Packets;
+    UsePacket Packets;       ///< of the type `Type`
 };
 
 /// One piece of memory from the allocator.

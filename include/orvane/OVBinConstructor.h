@@ -25,17 +25,17 @@ class ORVANE_API IOVBinConstructor {
 public:
     virtual ~IOVBinConstructor() = default;
 
+    /// Counts all events, or those of `filters`, along one axis.
     virtual void ConstructBin_1D(int* bins, int n, std::vector<SignalSection*>& sections,
                                  IOVCoordinateTransformerX* x, int& maxBin, int& total) = 0;
-
     virtual void ConstructBin_1D(int* bins, int n, std::vector<SignalSection*>& sections,
                                  std::vector<FilterSection*>& filters, IOVCoordinateTransformerX* x,
                                  int& maxBin, int& total) = 0;
 
+    /// Counts all events, or those of `filters`, over two axes.
     virtual void ConstructBin_2D(int* bins, int n, std::vector<SignalSection*>& xSections,
                                  std::vector<SignalSection*>& ySections, IOVCoordinateTransformerX* x,
                                  IOVCoordinateTransformerY* y, int& maxBin, int& total) = 0;
-
     virtual void ConstructBin_2D(int* bins, int n, std::vector<SignalSection*>& xSections,
                                  std::vector<SignalSection*>& ySections, std::vector<FilterSection*>& filters,
                                  IOVCoordinateTransformerX* x, IOVCoordinateTransformerY* y, int& maxBin,

@@ -48,6 +48,7 @@ public:
                                           std::vector<int>& channels2) = 0;
 };
 
+/// The operations of IOVCompensation. An object holds nothing; make one wherever it is needed.
 class ORVANE_API OVCompensation : public IOVCompensation {
 public:
     void CalcCompensation(std::vector<EventSection*>& outputs, std::vector<EventSection*>& inputs,

@@ -102,31 +102,35 @@ public:
     void GetSectionFilter_Zero_InTrue(SignalSection* signal, FilterSection* filter, ModelSection* model);
 
 protected:
+    /// The routines that an axis chooses among: one for each kind of operation.
     using ScreenValueRoutine = float (OVCoordinateTransformerY::*)(double);
     using WorldValueRoutine = double (OVCoordinateTransformerY::*)(float);
     using SectionRoutine = void (OVCoordinateTransformerY::*)(SignalSection*, ModelSection*);
     using SectionFilterRoutine = void (OVCoordinateTransformerY::*)(SignalSection*, FilterSection*,
                                                                     ModelSection*);
 
-    float ScreenMin;
-    float ScreenMax;
-    float ScreenLast;  ///< `ScreenMax - 1`
-    double WorldMin;
-    double WorldClamp;  ///< the value one pixel above `WorldMin`
-    double WorldMax;
-    double AlphaInverse;  ///< 1 / alpha: infinite for a linear axis
-    double PixelsPerWorld;
+    float ScreenMin;        ///< top row
+    float ScreenMax;        ///< one past the bottom row
+    float ScreenLast;       ///< `ScreenMax - 1`
+    double WorldMin;        ///< the value at `ScreenMax`
+    double WorldClamp;      ///< the value one pixel above `WorldMin`
+    double WorldMax;        ///< the value at `ScreenMin`
+    double AlphaInverse;    ///< 1 / alpha: infinite for a linear axis
+    double PixelsPerWorld;  ///< the scale, as the class says
     double PixelsPerAsinh;  ///< this and the other asinh members are 0 for a linear axis
-    double AsinhMin;
-    double AsinhMax;
-    double WorldPerPixel;
-    double AsinhPerPixel;
+    double AsinhMin;        ///< `WorldMin` on the asinh scale
+    double AsinhMax;        ///< `WorldMax` on the asinh scale
+    double WorldPerPixel;   ///< the way back
+    double AsinhPerPixel;   ///< the way back
+
+    /// What the operations of the interface go through; null until a derived class chooses.
     ScreenValueRoutine ScreenValueFn = nullptr;
     WorldValueRoutine WorldValueFn = nullptr;
     SectionRoutine SectionFn = nullptr;
     SectionFilterRoutine SectionFilterFn = nullptr;
     SectionFilterRoutine SectionFilterInTrueFn = nullptr;
-    OVConvertLinearAndLog Convert;
+
+    OVConvertLinearAndLog Convert;  ///< asinh and its inverse
 
     /// Fixes the routines behind the screen operations.
     void Choose(ScreenValueRoutine value, SectionRoutine section, SectionFilterRoutine filtered,
@@ -145,6 +149,7 @@ private:
 /// virtual GetScreen_Linear.
 class ORVANE_API OVCoordinateTransformerY_Linear : public OVCoordinateTransformerY {
 public:
+    /// Screen and range of the axis, in pixels and data units.
     OVCoordinateTransformerY_Linear(float screenMin, float screenMax, double worldMin, double worldMax,
                                     bool inScreen);
 };
@@ -154,10 +159,12 @@ public:
 /// kept go through the virtual GetScreen_Log.
 class ORVANE_API OVCoordinateTransformerY_Log : public OVCoordinateTransformerY {
 public:
+    /// Screen, range and width of the axis, in pixels and data units.
     OVCoordinateTransformerY_Log(float screenMin, float screenMax, double worldMin, double worldMax,
                                  double alpha, bool inScreen);
 };
 
+/// Makes the transformer that an axis needs.
 class ORVANE_API OVCoordinateTransformerYFactory {
 public:
     /// A new asinh axis, or a linear one, for which `alpha` is ignored. The caller deletes it.

@@ -19,12 +19,11 @@ namespace Orvane {
 /// else; nothing is checked or thrown.
 class ORVANE_API IOVCustomSignal {
 public:
-    using Events = std::vector<EventSection*>;
+    using Events = std::vector<EventSection*>;  ///< the sections of a sample, in order
 
     virtual ~IOVCustomSignal() = default;
 
-    /// @name (A op1 B) op2 C: both operands are columns.
-    /// @{
+    /// (A op1 B) op2 C: both operands are columns.
     virtual void CalcSignalValue_A_ADD_B_MUL_C(Events& sections, int target, int a, int b, float c) = 0;
     virtual void CalcSignalValue_A_SUB_B_MUL_C(Events& sections, int target, int a, int b, float c) = 0;
     virtual void CalcSignalValue_A_MUL_B_MUL_C(Events& sections, int target, int a, int b, float c) = 0;
@@ -41,10 +40,8 @@ public:
     virtual void CalcSignalValue_A_SUB_B_SUB_C(Events& sections, int target, int a, int b, float c) = 0;
     virtual void CalcSignalValue_A_MUL_B_SUB_C(Events& sections, int target, int a, int b, float c) = 0;
     virtual void CalcSignalValue_A_DIV_B_SUB_C(Events& sections, int target, int a, int b, float c) = 0;
-    /// @}
 
-    /// @name (E op1 B) op2 C: the left operand is a constant.
-    /// @{
+    /// (E op1 B) op2 C: the left operand is a constant.
     virtual void CalcSignalValue_E_ADD_B_MUL_C(Events& sections, int target, int e, int b, float c) = 0;
     virtual void CalcSignalValue_E_SUB_B_MUL_C(Events& sections, int target, int e, int b, float c) = 0;
     virtual void CalcSignalValue_E_MUL_B_MUL_C(Events& sections, int target, int e, int b, float c) = 0;
@@ -61,10 +58,8 @@ public:
     virtual void CalcSignalValue_E_SUB_B_SUB_C(Events& sections, int target, int e, int b, float c) = 0;
     virtual void CalcSignalValue_E_MUL_B_SUB_C(Events& sections, int target, int e, int b, float c) = 0;
     virtual void CalcSignalValue_E_DIV_B_SUB_C(Events& sections, int target, int e, int b, float c) = 0;
-    /// @}
 
-    /// @name (A op1 E) op2 C: the right operand is a constant.
-    /// @{
+    /// (A op1 E) op2 C: the right operand is a constant.
     virtual void CalcSignalValue_A_ADD_E_MUL_C(Events& sections, int target, int a, int e, float c) = 0;
     virtual void CalcSignalValue_A_SUB_E_MUL_C(Events& sections, int target, int a, int e, float c) = 0;
     virtual void CalcSignalValue_A_MUL_E_MUL_C(Events& sections, int target, int a, int e, float c) = 0;
@@ -81,13 +76,11 @@ public:
     virtual void CalcSignalValue_A_SUB_E_SUB_C(Events& sections, int target, int a, int e, float c) = 0;
     virtual void CalcSignalValue_A_MUL_E_SUB_C(Events& sections, int target, int a, int e, float c) = 0;
     virtual void CalcSignalValue_A_DIV_E_SUB_C(Events& sections, int target, int a, int e, float c) = 0;
-    /// @}
 
-    /// @name (E op1 E) op2 C: the constant is both operands
+    /// (E op1 E) op2 C: the constant is both operands
     /// Every event gets the same value. E - E is 0 and E / E is 1 whatever E is, and the second step is then
     /// done in float: SUB..MUL and SUB..DIV write 0 whatever C is, SUB..ADD writes C, SUB..SUB -C, DIV..MUL
     /// C, DIV..DIV 1 / C, DIV..ADD C + 1 and DIV..SUB 1 - C.
-    /// @{
     virtual void CalcSignalValue_E_ADD_E_MUL_C(Events& sections, int target, int e, float c) = 0;
     virtual void CalcSignalValue_E_SUB_E_MUL_C(Events& sections, int target, int e, float c) = 0;
     virtual void CalcSignalValue_E_MUL_E_MUL_C(Events& sections, int target, int e, float c) = 0;
@@ -104,9 +97,9 @@ public:
     virtual void CalcSignalValue_E_SUB_E_SUB_C(Events& sections, int target, int e, float c) = 0;
     virtual void CalcSignalValue_E_MUL_E_SUB_C(Events& sections, int target, int e, float c) = 0;
     virtual void CalcSignalValue_E_DIV_E_SUB_C(Events& sections, int target, int e, float c) = 0;
-    /// @}
 };
 
+/// The operations of IOVCustomSignal. An object holds nothing; make one wherever it is needed.
 class ORVANE_API OVCustomSignal : public IOVCustomSignal {
 public:
     void CalcSignalValue_A_ADD_B_MUL_C(Events& sections, int target, int a, int b, float c) override;

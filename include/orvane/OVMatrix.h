@@ -19,9 +19,11 @@ public:
     OVMatrix(int rows, int columns);
     /// A copy of `rows * columns` values, row by row.
     OVMatrix(double* values, int rows, int columns);
+    /// A copy with data of its own.
     OVMatrix(const OVMatrix& other);
     /// Leaves `other` 0 x 0.
     OVMatrix(OVMatrix&& other) noexcept;
+    /// Becomes a copy, as by Copy.
     OVMatrix& operator=(const OVMatrix& other);
     /// Leaves `other` 0 x 0.
     OVMatrix& operator=(OVMatrix&& other) noexcept;
@@ -32,14 +34,17 @@ public:
     /// Becomes a zero matrix of the given size. The data stay where they are when both counts agree.
     void InitMatrix(int rows, int columns);
 
+    /// The number of rows.
     int GetRowNum() const;
     /// Overwrites the count only; the data stay as they are.
     void SetRowNum(int rows);
+    /// The number of columns.
     int GetColumnNum() const;
     /// Overwrites the count only; the data stay as they are.
     void SetColumnNum(int columns);
     /// The elements, row by row; null for an empty matrix. They belong to the matrix.
     double* GetData() const;
+    /// One element, not range-checked.
     double GetValue(int row, int column) const;
     void SetValue(int row, int column, double value);
 
@@ -48,6 +53,7 @@ public:
     /// Sets the diagonal to 1 and everything else to 0.
     void Identity();
 
+    /// The matrix with rows and columns exchanged.
     OVMatrix Transpose() const;
     /// Row `row` as a matrix of one row. Throws "No this row" when there is none.
     OVMatrix GetRow(int row) const;
@@ -58,6 +64,7 @@ public:
     OVMatrix operator+(OVMatrix other) const;
     /// Throws when the sizes differ.
     OVMatrix operator-(OVMatrix other) const;
+    /// Every element times `factor`.
     OVMatrix operator*(double factor) const;
     /// A zero divisor gives infinities and NaN.
     OVMatrix operator/(double divisor) const;

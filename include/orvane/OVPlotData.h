@@ -19,7 +19,7 @@ struct ORVANE_API OVPlotData_GateInfo {
 /// caller's; `Population`, `Gates` and the elements of `Gates` come from `new` and are deleted with the plot
 /// data.
 struct ORVANE_API OVPlotData {
-    std::vector<SignalSection*>* XSections = nullptr;
+    std::vector<SignalSection*>* XSections = nullptr;  ///< one section of the horizontal signal each
     std::vector<SignalSection*>* YSections = nullptr;  ///< not read by histograms
     /// The population to draw; null, or with null `Filters`, for every event. Owned.
     OVPlotData_GateInfo* Population = nullptr;

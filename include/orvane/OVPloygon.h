@@ -11,12 +11,14 @@ namespace Orvane {
 struct OVPloygonEigenValue {
     double Slope;      ///< dx / dy; of a horizontal edge the largest float with the sign of dx, or 0
     double Intercept;  ///< x where the line meets y = 0
-    float MinY;
-    float MaxY;
-    float X;  ///< the edge's end vertex
-    float Y;
+    float MinY;        ///< height of the lower vertex
+    float MaxY;        ///< height of the upper vertex
+    float X;           ///< the edge's end vertex
+    float Y;           ///< height of the end vertex
 };
 
+/// A polygon that is built from its vertices and then asked about points. It keeps no reference to the
+/// vertices.
 class ORVANE_API IOVPloygon {
 public:
     virtual ~IOVPloygon() = default;
@@ -41,6 +43,7 @@ public:
 /// and its copies only one may be destroyed, or built anew.
 class ORVANE_API OVPloygon : public IOVPloygon {
 public:
+    /// A polygon without edges, or one that shares those of `other`.
     OVPloygon();
     OVPloygon(const OVPloygon& other);
     OVPloygon& operator=(const OVPloygon& other);

@@ -5,16 +5,19 @@
 
 namespace Orvane {
 
+/// A point of a plot. NaN and infinities are kept as they are.
 struct ORVANE_API OVPoint {
-    float x;
-    float y;
+    float x;  ///< value of the signal on the horizontal axis
+    float y;  ///< value of the signal on the vertical axis
 
     /// The origin.
     OVPoint();
+    /// A point with these coordinates.
     OVPoint(float x, float y);
     OVPoint(const OVPoint& other);
     void operator=(const OVPoint& other);
 
+    /// Replaces both coordinates.
     void SetValue(float x, float y);
     void SetValue(const OVPoint& other);
 

@@ -6,11 +6,13 @@
 
 namespace Orvane {
 
+/// A rectangle of a plot and its bounds, which belong to it, in data values. With a lower bound above the
+/// upper one it contains no point.
 struct ORVANE_API OVRect {
-    float MinX;
-    float MaxX;
-    float MinY;
-    float MaxY;
+    float MinX;  ///< left bound
+    float MaxX;  ///< right bound
+    float MinY;  ///< bottom bound
+    float MaxY;  ///< top bound
 
     /// All four bounds 0.
     OVRect();

@@ -6,7 +6,7 @@ namespace Orvane {
 /// The statistics of one signal over one population. Each field holds, bit for bit, what the operation of
 /// IOVStatisticsSignalSection named beside it gives for the same values.
 struct OVSignalStatistics {
-    int Count = 0;
+    int Count = 0;       ///< Average, in a form with count
     float Min = 0;       ///< Average, in the form with count and range
     float Max = 0;       ///< Average, in the form with count and range
     float Average = 0;   ///< Average

@@ -38,7 +38,7 @@ using CRITICAL_SECTION = ::CRITICAL_SECTION;
 
 /// A recursive lock record. The owning thread may enter it again; it is free once left as often as entered.
 struct CRITICAL_SECTION {
-    pthread_mutex_t Mutex;
+    pthread_mutex_t Mutex;  ///< the lock itself
 };
 
 /// Asks for a section without debug information; there is none to keep here.

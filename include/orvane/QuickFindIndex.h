@@ -15,6 +15,7 @@ struct AddressInfo {
     int Size;            ///< bytes
     int Index;           ///< position of the segment in the pool's vector of segments
 
+    /// Whether the segment contains `address`.
     bool IsInRange(std::int64_t address) const { return Start <= address && address < End; }
     /// Whether the segment starts above `address`; its end does not matter.
     bool IsLarge(std::int64_t address) const { return Start > address; }
@@ -28,6 +29,7 @@ struct AddressInfo {
 /// Owns its items. Copying copies the pointers, and only one of the copies may be destroyed. Not locked.
 class ORVANE_API QuickFindIndex {
 public:
+    /// An empty index, or one that shares the items of another.
     QuickFindIndex() = default;
     QuickFindIndex(const QuickFindIndex&) = default;
     QuickFindIndex& operator=(const QuickFindIndex&) = default;

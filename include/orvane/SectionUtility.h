@@ -48,6 +48,7 @@ public:
                                                  int levels) = 0;
 };
 
+/// The operations of ISectionUtility. An object holds nothing; make one wherever it is needed.
 class ORVANE_API SectionUtility : public ISectionUtility {
 public:
     void FillSection(SignalSection* section) override;

@@ -39,7 +39,7 @@ struct ORVANE_API BaseSection {
 
 /// One float column of `Capacity` values, of which the first `Count` are valid.
 struct ORVANE_API SignalSection : BaseSection {
-    float* Values = nullptr;
+    float* Values = nullptr;  ///< the column; null without storage
 
     /// Takes a column; its contents are undefined and `Count` stays. Returns true.
     bool Initial();
@@ -62,8 +62,8 @@ struct ORVANE_API SignalSection : BaseSection {
 /// wanted number of entries is kept as it stands, any other is deleted (not its columns) and replaced
 /// by one with nulls.
 struct ORVANE_API EventSection : BaseSection {
-    int SignalCount = 0;
-    float** Signals = nullptr;
+    int SignalCount = 0;        ///< entries of the table
+    float** Signals = nullptr;  ///< the table of columns, one per signal; null before it is sized
 
     /// Sizes the table and takes a new column for every signal; contents are undefined and `Count` stays.
     /// Columns already in a kept table are not returned. Returns true.
@@ -119,6 +119,7 @@ struct ORVANE_API EventSection : BaseSection {
 
     /// The column of signal `s`.
     float* operator[](int s) const;
+    /// Sets the value of signal `s` for event `e`.
     void SetValue(int s, int e, float v);
     /// Adds `d` to every value of signal `s`.
     void AddValue(int s, float d);
@@ -140,12 +141,13 @@ private:
 
 /// One 16-bit number per event; in screen coordinates 65535 marks an event outside the displayed population.
 struct ORVANE_API ModelSection : BaseSection {
-    unsigned short* Values = nullptr;
+    unsigned short* Values = nullptr;  ///< the column; null without storage
 
     /// Takes a column; its contents are undefined and `Count` stays. Returns true.
     bool Initial();
     /// Returns the column and clears every field.
     void Release();
+    /// The number of event `i`.
     unsigned short& operator[](int i) const;
 };
 
@@ -153,8 +155,8 @@ struct ORVANE_API ModelSection : BaseSection {
 ///
 /// Bits at or above `Count` have no meaning and never count, but And, Or and Not work on whole words.
 struct ORVANE_API FilterSection : BaseSection {
-    int TrueCount = 0;  ///< set bits among the first `Count`, as of the last CalcTrueCount
-    std::uint32_t* Flags = nullptr;
+    int TrueCount = 0;               ///< set bits among the first `Count`, as of the last CalcTrueCount
+    std::uint32_t* Flags = nullptr;  ///< the words; null without storage
 
     /// Takes `Capacity` bits; their values are undefined and `Count` stays. Returns true.
     bool Initial();
@@ -164,6 +166,7 @@ struct ORVANE_API FilterSection : BaseSection {
     /// section's own storage, which must exist.
     void Copy(FilterSection& src);
 
+    /// Reads, or sets or clears, the bit of event `i`.
     bool operator[](int i) const;
     bool GetFlag(int i) const;
     void SetFlag(int i, bool v) const;
@@ -188,13 +191,14 @@ struct ORVANE_API FilterSection : BaseSection {
 
 /// `Count` = `Capacity` counters, for instance the bins of a histogram.
 struct ORVANE_API CountSection : BaseSection {
-    int* Counts = nullptr;
-    int TotalCount = 0;  ///< sum of the first `Count` counters, as of the last CalcTotalCount
+    int* Counts = nullptr;  ///< the counters; null without storage
+    int TotalCount = 0;     ///< sum of the first `Count` counters, as of the last CalcTotalCount
 
     /// Takes the counters, sets `Count` to their number and all of them to 0. Returns true.
     bool Initial();
     /// Returns the counters and clears every field.
     void Release();
+    /// Counter `i`.
     int& operator[](int i) const;
     /// Recomputes `TotalCount`, in 32-bit arithmetic.
     void CalcTotalCount();
@@ -205,7 +209,7 @@ struct ORVANE_API CountSection : BaseSection {
 
 /// A whole segment of the pool, for raw bytes: `Capacity` and `Count` are in bytes.
 struct ORVANE_API SegmentSection : BaseSection {
-    void* Data = nullptr;
+    void* Data = nullptr;  ///< the segment; null without storage
 
     /// Takes a segment; its contents are undefined and `Count` stays. Returns true.
     bool Initial();
@@ -215,12 +219,12 @@ struct ORVANE_API SegmentSection : BaseSection {
 
 /// The position of a section in a vector, for the host's own use.
 struct SectionIndex {
-    int Index = 0;
+    int Index = 0;  ///< from 0
 };
 
 /// The position of a filter in a vector, for the host's own use.
 struct FilterIndex {
-    int Index = 0;
+    int Index = 0;  ///< from 0
 };
 
 }  // namespace Orvane

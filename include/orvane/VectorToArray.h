@@ -15,6 +15,7 @@ class VectorToArray;
 template <>
 class ORVANE_API VectorToArray<int> {
 public:
+    /// Copies the elements.
     explicit VectorToArray(std::vector<int>& v);
     VectorToArray(const VectorToArray&) = delete;
     VectorToArray& operator=(const VectorToArray&) = default;
