@@ -16,7 +16,7 @@ for option in "$@"; do
         --browser) packages+=(chromium python3) ;;
         --windows) packages+=(g++-mingw-w64-x86-64-posix wine wine64 googletest) ;;
         --docs) packages+=(doxygen) ;;
-        --packages) packages+=(dpkg-dev file) ;;
+        --packages) packages+=(dpkg-dev file groff-base) ;;
     esac
 done
 
