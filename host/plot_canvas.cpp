@@ -94,8 +94,9 @@ void PlotCanvas::Spread(int width, int (*merge)(int, int)) {
     std::vector<int> cells = Cells();
     const auto columns = static_cast<std::size_t>(width_);
     for (int step = 1; step < width; ++step) {
-        for (std::size_t i = cells.size(); i-- > 1;) {
-            if (i % columns != 0) cells[i] = merge(cells[i], cells[i - 1]);
+        for (auto row = cells.begin(); row != cells.end(); row += width_) {
+            for (int x = width_ - 1; x > 0; --x)
+                row[x] = merge(row[x], row[x - 1]);
         }
         for (std::size_t i = cells.size(); i-- > columns;)
             cells[i] = merge(cells[i], cells[i - columns]);

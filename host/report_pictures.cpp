@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "numbers.h"
+#include "parameter_names.h"
 #include "sample_plots.h"
 
 namespace Host {
@@ -81,9 +82,11 @@ std::vector<Picture> DrawGates(PlottedSample& sample) {
     return pictures;
 }
 
-std::vector<Picture> DrawHistograms(PlottedSample& sample, std::size_t parameters) {
+/// Plots know parameters by their names, and a name that comes twice stands for the first.
+std::vector<Picture> DrawHistograms(PlottedSample& sample, const EventLayout& layout) {
     std::vector<Picture> pictures;
-    for (std::size_t p = 0; p < parameters; ++p) {
+    for (std::size_t p = 0; p < layout.parameters.size(); ++p) {
+        if (FindParameter(layout, layout.parameters[p].name) != p) continue;
         PlotRequest request;
         request.kind = PlotKind::Histogram;
         request.x = sample.FindDimension(p);
@@ -155,7 +158,7 @@ ReportPictures DrawPictures(const std::string& name, const FcsFile& file, GatedS
     PlottedSample plotted(name, file, sample);
     ReportPictures pictures;
     pictures.gates = DrawGates(plotted);
-    pictures.histograms = DrawHistograms(plotted, file.layout.parameters.size());
+    pictures.histograms = DrawHistograms(plotted, file.layout);
     if (matrix == nullptr || !sample.IsCompensated()) return pictures;
     for (const Spill& spill : FindWorst(*matrix, file.layout))
         pictures.compensation.push_back(DrawSpill(plotted, file.layout, spill));

@@ -27,7 +27,7 @@ struct CompensationPictures {
 
 struct ReportPictures {
     std::vector<Picture> gates;
-    std::vector<Picture> histograms;  ///< one for each parameter
+    std::vector<Picture> histograms;  ///< one for each name of a parameter
     std::vector<CompensationPictures> compensation;
 };
 

@@ -127,7 +127,7 @@ TEST_F(HostPlot, DrawsEveryKindTheSameEveryTimeAndWithItsGates) {
         if (!overlaid) pictures.insert(Draw(options));
         options.insert(options.end(), {"--population", "right"});
         pictures.insert(Draw(options));
-        EXPECT_NE(said_.find(overlaid ? "4,400 of 6,600 events in 2 files" : "400 of 600 events"),
+        EXPECT_NE(said_.find(overlaid ? "\n4,400 of 6,600 events in 2 files\n" : "\n400 of 600 events\n"),
                   std::string::npos)
             << said_;
     }

@@ -45,16 +45,19 @@ protected:
 TEST_F(HostReport, TakesNothingInAFileForMarkup) {
     std::ofstream(Path("gates.xml"))
         << "<Gating-ML xmlns='http://www.isac-net.org/std/Gating-ML/v2.0/gating'>"
-           "<RectangleGate id='&lt;i&gt;'><dimension min='1.5' "
-           "compensation-ref='uncompensated'><fcs-dimension name='Par2'/>"
-           "</dimension></RectangleGate></Gating-ML>";
+           "<RectangleGate id='&lt;i&gt;'><dimension min='5' compensation-ref='uncompensated'>"
+           "<fcs-dimension name='Par2'/></dimension></RectangleGate>"
+           "<RectangleGate id='child' parent_id='&lt;i&gt;'><dimension min='10' compensation-ref='FCS'>"
+           "<fcs-dimension name='Par2'/></dimension></RectangleGate></Gating-ML>";
     const HostRun run = Run({"report", Hostile(), "--gates", Path("gates.xml"), "-o", Path("r.html")});
     ASSERT_EQ(run.status, 0) << run.err;
     const std::string page = ReadFile(Path("r.html"));
     EXPECT_EQ(CountOf(page, "<script"), 1U);
     for (const std::string markup : {"<u>", "<b ", "<i>", "<img src=x", "\"http", "url("})
         EXPECT_EQ(CountOf(page, markup), 0U) << markup;
-    for (const std::string text : {"&lt;/table&gt;&lt;script&gt;x", "&lt;b onclick=&#39;x&#39;&gt;&amp;amp;"})
+    for (const std::string text :
+         {"<figcaption>&lt;i&gt;: 2 of 3 (66.7 %)</", "<figcaption>child: 1 of 2 (50.0 %)</",
+          "&lt;/table&gt;&lt;script&gt;x", "&lt;b onclick=&#39;x&#39;&gt;&amp;amp;"})
         EXPECT_GT(CountOf(page, text), 0U) << text;
     EXPECT_EQ(CountOf(page, "src=\""), CountOf(page, "src=\"data:image/png;base64,"));
     EXPECT_EQ(CountOf(page, "href=\""), CountOf(page, "href=\"#"));
