@@ -195,7 +195,10 @@ void AddAcquire(CLI::App& program, Host::AcquireOptions& options) {
     command->add_option("--gates", options.gates,
                         "Gates to count while it runs, as Gating-ML 2.0, instead of those for leukocytes");
     command->add_option("-o,--output", options.output, "FCS file to write")->required()->check(FileName);
-    command->callback([&] { Host::RunAcquire(options); });
+    command->callback([&] {
+        RequireOtherOutput(options.output, {options.gates}, {});
+        Host::RunAcquire(options);
+    });
 }
 
 /// The scale and the range of an axis. Returns the options.
