@@ -3,14 +3,13 @@
 // evenly over the axis, clustered in a tenth of it, or all in one bin; and the virtual events of 4999.
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <memory>
 #include <random>
 #include <vector>
 
-#include <orvane/OVConvertLinearAndLog.h>
 #include <orvane/OVPlotViewHistogram.h>
 
+#include "bench/axes.h"
 #include "bench/support.h"
 
 namespace Orvane::Bench {
@@ -20,9 +19,6 @@ constexpr int Bins = 512;
 constexpr int GateCount = 4;
 constexpr int SectionEvents = 65536;
 constexpr int Million = 16 * SectionEvents;
-constexpr double WorldMin = -2000.0;
-constexpr double WorldMax = 262144.0;
-constexpr double Alpha = 150.0;
 
 struct Shape {
     int Events;
@@ -91,40 +87,13 @@ private:
     }
 };
 
-/// The axis as the plain loop sees it: constant parts hoisted, everything decided before the loop.
-template <bool IsLog>
-struct PlainAxis {
-    PlainAxis() {
-        const OVConvertLinearAndLog convert;
-        const double low = IsLog ? convert.LinearConvertToAsinh(WorldMin, Factor) : WorldMin;
-        const double high = IsLog ? convert.LinearConvertToAsinh(WorldMax, Factor) : WorldMax;
-        Scale = Bins / (high - low);
-        Constant = 0.0 - low * Scale + 0.5;
-        const double last = (Bins - 1.0) * ((high - low) / Bins) + low;
-        High = IsLog ? convert.AsinhConvertToLinear(last, Factor) : last;
-    }
-
-    int Bin(double v) const {
-        if (WorldMin >= v) return 0;
-        if (v >= High) return Bins - 1;
-        if (IsLog) {
-            const double a = std::fabs(v * Factor);
-            const double s = std::log(std::sqrt(a * a + 1.0) + a);
-            v = v < 0.0 ? -s : s;
-        }
-        return static_cast<int>(v * Scale + Constant);
-    }
-
-    double Factor = 1.0 / Alpha, Scale, Constant, High;
-};
-
 bool IsSet(const std::uint32_t* flags, int i) {
     return ((flags[i / 32] >> (i % 32)) & 1U) != 0;
 }
 
 template <bool IsLog, bool HasPopulation>
 void CountPlainly(Plot& plot) {
-    const PlainAxis<IsLog> axis;
+    const PlainAxis axis = HorizontalAxis(IsLog, true, Bins);
     for (std::size_t k = 0; k < plot.Signals.size(); ++k) {
         const SignalSection& signal = *plot.Signals[k];
         const std::uint32_t* population = plot.Population[k]->Flags;
@@ -133,7 +102,7 @@ void CountPlainly(Plot& plot) {
             gates[g] = plot.Gates[g][k]->Flags;
         for (int i = 0; i < signal.Count; ++i) {
             if (HasPopulation && !IsSet(population, i)) continue;
-            const int bin = axis.Bin(signal.Values[i]);
+            const int bin = PlainPixel<IsLog, true>(axis, signal.Values[i]);
             ++plot.Counts[0]->Counts[bin];
             for (std::size_t g = 0; g < GateCount; ++g)
                 if (IsSet(gates[g], i)) ++plot.Counts[g + 1]->Counts[bin];
