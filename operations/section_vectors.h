@@ -42,7 +42,7 @@ void ReleaseFromLast(std::vector<Section*>& sections) {
         TakeLast(sections)->Release();
 }
 
-/// The same, the first one first.
+/// The same, the first one first. When the pool refuses one, the ones behind it stay, in reverse order.
 template <class Section>
 void ReleaseFromFirst(std::vector<Section*>& sections) {
     std::reverse(sections.begin(), sections.end());

@@ -67,7 +67,8 @@ public:
     /// Gives every segment back to the allocator and sets InitCount and both byte counters to 0.
     static void ReleaseAll();
 
-    /// A whole segment, GetSegmentSize() bytes. Neither the upper size nor its handler is consulted.
+    /// A whole segment, GetSegmentSize() bytes. The upper size is not consulted, and the handler only when
+    /// the allocator has no memory; there is no second attempt.
     static void* NewSegment();
 
     /// One packet: GetCapacity() floats, shorts or bits, GetCapacityInt() ints. The contents are not cleared.

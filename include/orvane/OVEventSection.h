@@ -182,7 +182,8 @@ public:
     /// Writes to `dest` every event's row of values times `matrix` (n × n for n signals): value j is the sum
     /// over k of value[k] × matrix(k, j), in double, narrowed to float. `source` must be packed; events for
     /// which the prepared `dest` has no section are not written. `dest` is made ready with
-    /// SynchronousSignalValue.
+    /// SynchronousSignalValue. Throws the text "Matrix dimensions do not match." (`const char*`) when there
+    /// are events and `matrix` has another number of rows.
     virtual void VectorEventSection_Multi_Matrix(std::vector<EventSection*>& source, const OVMatrix& matrix,
                                                  std::vector<EventSection*>& dest) = 0;
 
