@@ -54,6 +54,8 @@ TEST(SignalVectors, OnlyTheLastSectionIsAskedForTheLastValueAndNothingHasNoRange
 }
 
 TEST(SignalVectors, RatioIsTheMeanOverSixteenSectionsWithTheBitsOfTheOrderedSum) {
+    std::vector<SignalSection*> none;
+    EXPECT_TRUE(std::isnan(signals.CalcAreaHeightRatio(none, none)));
     std::vector<float> areas;
     std::vector<float> heights;
     std::mt19937 random(3);
@@ -123,6 +125,18 @@ TEST(ModelVectors, OneBitStandsForAGroupFromTheStartingWordOn) {
     models.StatisticsCountSection_Virtual(&model, &filter, 40, 3, counts);
     EXPECT_EQ(CountersOf(counts), (std::vector{1, 1, 0, 3}));
     counts.Release();
+}
+
+TEST(CountVectors, AreMadeAnewAndLeaveTheRecordsTheyHeldToTheHost) {
+    const SmallPool pool;
+    std::vector<CountSection*> counts;
+    OVCountSection().NewVectorSection(counts, 2);
+    std::vector<CountSection*> held = counts;
+    OVCountSection().NewVectorSection(counts, 1);
+    EXPECT_EQ(counts.size(), 1U);
+    EXPECT_EQ(MemoryManage::GetUseSize(), 3 * 4 * MemoryManage::GetCapacityInt()) << "nothing was returned";
+    OVCountSection().ReleaseVectorSection(counts);
+    OVCountSection().ReleaseVectorSection(held);
 }
 
 TEST(ModelVectors, AFailingPoolLosesNothing) {
