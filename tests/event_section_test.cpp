@@ -1,16 +1,14 @@
-// Event vectors against a naive model, a vector of rows: growing, sharing, copying, extracting, acquiring.
+// Event vectors against a naive model, a vector of rows: growing, sharing, copying, extracting.
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdlib>
-#include <ctime>
 #include <functional>
 #include <random>
-#include <tuple>
 
 #include <orvane/orvane.h>
 
 #include "tests/support/awkward.h"
+#include "tests/support/events.h"
 #include "tests/support/exceptions.h"
 #include "tests/support/instruction_sets.h"
 #include "tests/support/pool.h"
@@ -19,8 +17,6 @@ namespace Orvane {
 namespace {
 
 using namespace Testing;
-using Events = std::vector<EventSection*>;
-using Rows = std::vector<std::vector<float>>;
 
 OVEventSection operations;
 
@@ -37,18 +33,6 @@ Rows RandomRows(int count, int signals) {
     Rows rows;
     for (int i = 0; i < count; ++i)
         rows.push_back(RandomFloats(signals, static_cast<unsigned>(i)));
-    return rows;
-}
-
-Rows RowsOf(const Events& sections) {
-    Rows rows;
-    for (const EventSection* section : sections) {
-        for (int e = 0; e < section->Count; ++e) {
-            rows.emplace_back();
-            for (int s = 0; s < section->SignalCount; ++s)
-                rows.back().push_back((*section)[s][e]);
-        }
-    }
     return rows;
 }
 
@@ -69,30 +53,6 @@ std::vector<int> CountsOf(const Events& sections) {
     return counts;
 }
 
-/// A vector that owns every column and releases them at the end of the scope.
-struct Sample {
-    Sample() = default;
-    Sample(const Sample&) = delete;
-    Sample& operator=(const Sample&) = delete;
-    ~Sample() { operations.ReleaseVectorSection(Sections); }
-
-    /// One section per entry of `cuts` for as many rows, and full ones for the rest.
-    explicit Sample(const Rows& rows, const std::vector<int>& cuts = {}) : Sample() {
-        const int signals = rows.empty() ? 3 : static_cast<int>(rows[0].size());
-        std::size_t next = 0;
-        for (std::size_t i = 0; i < cuts.size() || next < rows.size(); ++i) {
-            operations.NewEventSection(Sections, 1, signals);
-            EventSection& section = *Sections.back();
-            const int count = i < cuts.size() ? cuts[i] : section.Capacity;
-            for (; section.Count < count && next < rows.size(); ++section.Count, ++next)
-                for (std::size_t s = 0; s < rows[next].size(); ++s)
-                    section.SetValue(static_cast<int>(s), section.Count, rows[next][s]);
-        }
-    }
-
-    Events Sections;
-};
-
 constexpr int NoLimit = -1;
 
 /// A raw vector, its compensated twin, whose own columns are 1000 above the raw ones, and the raw model.
@@ -108,8 +68,8 @@ struct Pair {
     }
 
     void Append(const Rows& rows, const std::vector<int>& cuts, int limit) {
-        Sample raw(rows, cuts);
-        Sample twin(Compensated(rows), cuts);
+        OwnedEvents raw(rows, cuts);
+        OwnedEvents twin(Compensated(rows), cuts);
         if (limit != NoLimit) {
             operations.AppendEventSection(raw.Sections, Raw, limit);
             operations.AppendEventSectionCompensation(twin.Sections, Twin, Raw, Reuse, limit);
@@ -187,8 +147,8 @@ TEST(EventVectors, AppendStartsASectionOfItsOwnUpToTheLimitAndPacksBeyondIt) {
 
 TEST(EventVectors, NextSectionRenumbersReusesAndAppends) {
     const SmallPool pool;
-    Sample sample(NumberedRows(100), {50});
-    Sample other(NumberedRows(1));
+    OwnedEvents sample(NumberedRows(100), {50});
+    OwnedEvents other(NumberedRows(1));
     Events& sections = sample.Sections;
     sections[0]->Index = 5;
     EXPECT_EQ(operations.GetNextSection(sections, 3, nullptr), sections[0]);
@@ -211,7 +171,7 @@ TEST(EventVectors, MakingReadyKeepsWhatFitsAndGivesTheRestUp) {
         std::size_t Kept, Sections;
     } cases[] = {{129, 3, 3, 3}, {64, 3, 3, 3}, {63, 3, 1, 1}, {193, 3, 0, 4}, {10, 2, 0, 1}};
     for (const auto& row : cases) {
-        Sample sample(NumberedRows(150), {50, 50});
+        OwnedEvents sample(NumberedRows(150), {50, 50});
         const Events before = sample.Sections;
         operations.SynchronousSignalValue(sample.Sections, row.Count, row.Signals);
         EXPECT_EQ(CountsOf(sample.Sections), std::vector<int>(row.Sections, 0));
@@ -224,8 +184,8 @@ TEST(EventVectors, MakingReadyKeepsWhatFitsAndGivesTheRestUp) {
 TEST(EventVectors, CopiesFromAGlobalPositionOn) {
     const SmallPool pool;
     const Rows rows = NumberedRows(180);
-    Sample source(rows, {1, 31, 32, 0, 64});
-    Sample dest;
+    OwnedEvents source(rows, {1, 31, 32, 0, 64});
+    OwnedEvents dest;
     operations.NewEventSection(dest.Sections, 256, 3);
     for (const int start : {-1, 0, 1, 31, 32, 64, 127, 128, 179, 180}) {
         SCOPED_TRACE(start);
@@ -285,13 +245,13 @@ TEST_P(EventKernels, ExtractionPacksTheSelectedEventsInOrder) {
     const Rows rows = NumberedRows(300);
     std::vector<int> signals{2, 0, 2, 1};
     const SmallPool pool;
-    Sample source(rows, {1, 31, 32, 33, 0, 64});
+    OwnedEvents source(rows, {1, 31, 32, 33, 0, 64});
     for (const auto& isSelected : rules) {
         Rows expected;
         for (const auto& row : rows)
             if (isSelected(static_cast<int>(row[0]))) expected.push_back({row[2], row[0], row[2], row[1]});
         Selection selection(source.Sections, isSelected);
-        Sample out;
+        OwnedEvents out;
         operations.ExtractEventSection(out.Sections, source.Sections, selection.Filters, signals);
         EXPECT_EQ(RowsOf(out.Sections), expected);
         EXPECT_EQ(out.Sections.size(), expected.size() / 64 + 1);
@@ -311,14 +271,14 @@ TEST_P(EventKernels, MatrixProductGivesTheBitsOfTheProductOfEveryRow) {
             const OVMatrix product = OVMatrix(wide.data(), 1, signals) * matrix;
             expected.emplace_back(product.GetData(), product.GetData() + signals);
         }
-        Sample source(rows);
-        Sample dest;
+        OwnedEvents source(rows);
+        OwnedEvents dest;
         operations.VectorEventSection_Multi_Matrix(source.Sections, matrix, dest.Sections);
         EXPECT_TRUE(SameRows(RowsOf(dest.Sections), expected));
 
         // One section is made for the few events of two: the second is left out.
-        Sample unpacked(Rows(rows.begin(), rows.begin() + 90), {70});
-        Sample smaller;
+        OwnedEvents unpacked(Rows(rows.begin(), rows.begin() + 90), {70});
+        OwnedEvents smaller;
         operations.VectorEventSection_Multi_Matrix(unpacked.Sections, matrix, smaller.Sections);
         EXPECT_EQ(CountsOf(smaller.Sections), (std::vector{70}));
     }
@@ -328,7 +288,7 @@ TEST_P(EventKernels, WidthIsTheScaledQuotientAlsoInPlaceAndOneOverZero) {
     for (const std::size_t target : {0U, 1U, 2U}) {
         const SmallPool pool(1024);
         Rows rows = RandomRows(1500, 3);
-        Sample sample(rows);
+        OwnedEvents sample(rows);
         operations.CalcWidthSignalValue(sample.Sections, 0, 1, static_cast<int>(target), 1.7F);
         for (auto& row : rows)
             row[target] = row[1] == 0.0F ? 1.0F : row[0] / row[1] * 1.7F;
@@ -339,60 +299,27 @@ TEST_P(EventKernels, WidthIsTheScaledQuotientAlsoInPlaceAndOneOverZero) {
 TEST(EventVectors, EqualityIsThatOfFloats) {
     const SmallPool pool;
     Rows rows{{0.0F, 1.0F}};
-    Sample a(rows);
+    OwnedEvents a(rows);
     rows[0][0] = -0.0F;
-    Sample negativeZero(rows);
+    OwnedEvents negativeZero(rows);
     rows[0][1] = std::nanf("");
-    Sample withNaN(rows);
+    OwnedEvents withNaN(rows);
     EXPECT_TRUE(operations.CheckValueEqual(a.Sections, negativeZero.Sections));
     EXPECT_FALSE(operations.CheckValueEqual(withNaN.Sections, withNaN.Sections));
 }
 
-TEST(Acquisition, FollowsTheFormulasAndTheOrderOfTheRandomNumbers) {
-    std::vector<int> map{1, 4, -1, 0, -2, 3, 2, 5};
-    std::vector<float> gains{3.0F, 1.0F, 1.0F, 2.55F, 1.0F, 0.3F, 16.0F, 1.0F};
-    std::vector<int> buffer(645);
-    for (std::size_t i = 0; i < buffer.size(); ++i)
-        buffer[i] = i % 11 == 0 ? 0 : static_cast<int>(i * 7919 % 20011) - 3000;
-    const auto tenths = [](int bound) { return static_cast<float>(std::rand() % bound) / 10.0F; };
-    const auto acquirePlainly = [&](int event) {
-        const auto first = buffer.begin() + std::ptrdiff_t{event} * 5;
-        const std::vector<float> raw(first, first + 5);
-        const float below = raw[3] * 0.37F;
-        return std::vector<float>{raw[1] / 3.0F + tenths(10),
-                                  raw[4] + 0.5F,
-                                  below == 0.0F ? 1.0F : raw[1] / 7.0F / below * 1024.0F,
-                                  2.55F * raw[0] + tenths(25),
-                                  -1.0F,  // not written
-                                  raw[3] / 0.3F + tenths(10),
-                                  16.0F * raw[2] + tenths(160),
-                                  -1.0F};
-    };
-    // Whole sections, a partial last event, next to nothing, nothing.
-    for (const auto& [dataCount, channels, events, sections] :
-         {std::tuple(640, 5, 128, 2U), {642, 5, 129, 3U}, {1, 5, 1, 1U}, {0, 5, 0, 1U}, {9, 0, 0, 1U}}) {
-        SCOPED_TRACE(dataCount);
-        OVCollectData data{buffer.data(), dataCount, channels, 1, 3, 7.0F, 0.37F, 0.5F};
-        const SmallPool pool;
-        Sample sample(Rows(1, std::vector<float>(8)));
-        operations.DealEvent(sample.Sections, map, gains, data);
-        EXPECT_EQ(sample.Sections.size(), sections);
-        for (EventSection* section : sample.Sections) {
-            std::fill_n((*section)[4], 64, -1.0F);
-            std::fill_n((*section)[7], 64, -1.0F);
-        }
-        // Each call seeds with the time in seconds: again, should a second end meanwhile.
-        std::time_t now = 0;
-        do {
-            now = std::time(nullptr);
-            operations.DealEvent(sample.Sections, map, gains, data);
-        } while (std::time(nullptr) != now);
-        std::srand(static_cast<unsigned>(now));
-        Rows expected;
-        for (int event = 0; event < events; ++event)
-            expected.push_back(acquirePlainly(event));
-        EXPECT_EQ(RowsOf(sample.Sections), expected);
-    }
+TEST(EventVectors, ATwinWithoutARawSectionIsDroppedUnreleased) {
+    const SmallPool pool;
+    OwnedEvents raw(NumberedRows(65));
+    Events twin;
+    std::vector<bool> reuse{true, false, true};
+    operations.SynchronousEventSectionCompensation(twin, raw.Sections, reuse);
+    EventSection* const dropped = twin[1];
+    Events firstOnly{raw.Sections[0]};
+    operations.ReleaseVectorSectionCompensation(firstOnly, twin);
+    EXPECT_TRUE(twin.empty());
+    dropped->Release(*raw.Sections[1]);
+    delete dropped;
 }
 
 TEST(EventVectors, AFailingPoolLosesNothing) {
@@ -428,7 +355,7 @@ TEST(EventVectors, AFailingPoolLosesNothing) {
         }};
     for (const auto& grow : growing) {
         ForEachFailingAllocation([&] {
-            Sample from(NumberedRows(100));
+            OwnedEvents from(NumberedRows(100));
             Pair pair;
             pair.Raw.swap(from.Sections);
             grow(pair.Raw, pair.Twin);
