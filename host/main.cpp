@@ -185,7 +185,7 @@ void AddAcquire(CLI::App& program, Host::AcquireOptions& options) {
     command->add_option("--events", options.events, "Number of events")
         ->check(CLI::Range(1, MostEvents))
         ->capture_default_str();
-    command->add_option("--seed", options.seed, "What the blood is drawn from")
+    command->add_option("--seed", options.seed, "Number that decides which blood is simulated")
         ->check(Unsigned)
         ->capture_default_str();
     command
@@ -203,9 +203,10 @@ void AddAcquire(CLI::App& program, Host::AcquireOptions& options) {
 
 /// The scale and the range of an axis. Returns the options.
 std::vector<CLI::Option*> AddAxis(CLI::App& command, const std::string& axis, Host::AxisChoice& choice) {
-    CLI::Option* scale =
-        AddChoice(command, "--" + axis + "-scale", choice.scale, ScaleChoices,
-                  "linear, asinh, or auto: asinh for values that go below zero or over several decades");
+    CLI::Option* scale = AddChoice(
+        command, "--" + axis + "-scale", choice.scale, ScaleChoices,
+        "linear, asinh, or auto: linear for scatter, widths and time, asinh for others that go below "
+        "zero or over several decades");
     const std::string name = "--" + axis + "-range";
     CLI::Option* range = command.add_option_function<std::string>(
         name,
@@ -238,8 +239,9 @@ void AddPlot(CLI::App& program, Host::PlotOptions& options, int& status) {
                 throw CLI::ValidationError("--size", text + " is not WIDTHxHEIGHT, each 160 to 2400");
             }
         },
-        "WIDTHxHEIGHT in units of 1/96 inch");
-    command->add_option("--scale", options.size.scale, "Pixels for each unit")->check(CLI::Range(1, 4));
+        "WIDTHxHEIGHT in units of 1/96 inch, 640x520 if not given");
+    command->add_option("--scale", options.size.scale, "Pixels for each unit, 2 for print for instance")
+        ->check(CLI::Range(1, 4));
     command->add_option("--overlay", options.overlay, "More files over the first, separated by commas")
         ->delimiter(',')
         ->allow_extra_args(false);
@@ -255,7 +257,7 @@ void AddPlot(CLI::App& program, Host::PlotOptions& options, int& status) {
 }
 
 int Run(int argc, char** argv) {
-    CLI::App program("Flow cytometry list-mode files: what they hold, in numbers", "orvane");
+    CLI::App program("Flow cytometry list-mode files: what they hold, in numbers and pictures", "orvane");
     program.require_subcommand(1);
     program.set_version_flag("--version", ORVANE_VERSION);
     Host::InfoOptions info;

@@ -22,6 +22,11 @@ using Limits = std::numeric_limits<float>;
 
 /// Of the values, this share is left out at either end.
 constexpr double ShareBeyond = 0.001;
+/// Linear axes reach beyond the hundredths at either end by this share of the width between them, so that few
+/// bright events do not squeeze all others,
+constexpr double ShareBeyondHundredths = 0.5;
+/// if that makes them so many times narrower.
+constexpr double LeastGain = 1.5;
 /// Of the width of the axis, at either end.
 constexpr double Margin = 0.04;
 /// How much wider than the values an axis becomes for what it is to include.
@@ -36,6 +41,8 @@ constexpr double SeveralDecades = 50;
 /// The least width of an asinh scale as a share of the largest value: below some four decades it is noise
 /// that would be spread out.
 constexpr double LeastAlpha = 2e-4;
+/// The greatest one, where next to nothing lies below zero: two decades are told apart.
+constexpr double MostAlpha = 1e-2;
 
 /// The finite values of some events in a copy that may be reordered.
 class FiniteValues {
@@ -79,11 +86,25 @@ private:
 
 /// What an axis needs to know about the values of a column.
 struct Summary {
-    double low;    ///< robust minimum
-    double high;   ///< robust maximum
+    double low;         ///< robust minimum
+    double high;        ///< robust maximum
+    double lowLinear;   ///< where a linear axis is to begin, not below `low`
+    double highLinear;  ///< where it is to end, not above `high`
+    double least;
     double tenth;  ///< a tenth lie below
     double alpha;
 };
+
+void NarrowLinear(FiniteValues& values, Summary& summary) {
+    const double first = values.Quantile(0.01);
+    const double last = values.Quantile(0.99);
+    const double beyond = ShareBeyondHundredths * (last - first);
+    const double low = std::max(summary.low, first - beyond);
+    const double high = std::min(summary.high, last + beyond);
+    const bool gains = first < last && summary.high - summary.low > LeastGain * (high - low);
+    summary.lowLinear = gains ? low : summary.low;
+    summary.highLinear = gains ? high : summary.high;
+}
 
 Summary Summarize(FiniteValues& values) {
     Summary summary{};
@@ -93,11 +114,14 @@ Summary Summarize(FiniteValues& values) {
         summary.low = values.Quantile(0);
         summary.high = values.Quantile(1);
     }
+    NarrowLinear(values, summary);
+    summary.least = values.Quantile(0);
     summary.tenth = values.Quantile(0.1);
     const double largest = std::max(std::abs(summary.low), std::abs(summary.high));
     const bool reachesBelowZero = values.Quantile(LeastBelowZero) < 0;
     const double alpha = values.Alpha(reachesBelowZero ? 0 : values.Quantile(0.5));
-    summary.alpha = largest == 0 ? 1 : std::clamp(alpha, LeastAlpha * largest, largest);
+    const double most = reachesBelowZero ? 1 : MostAlpha;
+    summary.alpha = largest == 0 ? 1 : std::clamp(alpha, LeastAlpha * largest, most * largest);
     return summary;
 }
 
@@ -111,6 +135,9 @@ std::optional<Summary> Summarize(const std::vector<ColumnEvents>& shown) {
         if (!all) all = one;
         all->low = std::min(all->low, one.low);
         all->high = std::max(all->high, one.high);
+        all->lowLinear = std::min(all->lowLinear, one.lowLinear);
+        all->highLinear = std::max(all->highLinear, one.highLinear);
+        all->least = std::min(all->least, one.least);
         all->tenth = std::min(all->tenth, one.tenth);
         all->alpha = std::max(all->alpha, one.alpha);
     }
@@ -119,7 +146,7 @@ std::optional<Summary> Summarize(const std::vector<ColumnEvents>& shown) {
 
 bool IsAsinh(ScaleChoice scale, const Summary& values) {
     if (scale != ScaleChoice::Auto) return scale == ScaleChoice::Asinh;
-    return values.low < 0 || (values.high > 0 && values.high > SeveralDecades * values.tenth);
+    return values.least < 0 || (values.high > 0 && values.high > SeveralDecades * values.tenth);
 }
 
 double Position(double alpha, double value) {
@@ -138,7 +165,9 @@ struct Stretch {
     double Width() const { return high - low; }
 };
 
-Stretch Include(const Stretch& stretch, double alpha, const std::vector<double>& values) {
+/// Wider by what it is to include, as long as that lies near it or within `robust`.
+Stretch Include(const Stretch& stretch, const Stretch& robust, double alpha,
+                const std::vector<double>& values) {
     Stretch wider = stretch;
     for (const double value : values) {
         if (!std::isfinite(value)) continue;
@@ -146,7 +175,8 @@ Stretch Include(const Stretch& stretch, double alpha, const std::vector<double>&
         wider.high = std::max(wider.high, Position(alpha, value));
     }
     const double most = MostIncluded * stretch.Width();
-    return {std::max(wider.low, stretch.low - most), std::min(wider.high, stretch.high + most)};
+    return {std::max(wider.low, std::min(stretch.low - most, robust.low)),
+            std::min(wider.high, std::max(stretch.high + most, robust.high))};
 }
 
 /// Zero belongs to an axis that begins near it, as scatter does.
@@ -155,13 +185,14 @@ bool BeginsNearZero(const Summary& values) {
 }
 
 Stretch FindStretch(const Summary& values, double alpha, const AxisChoice& choice) {
-    Stretch stretch{Position(alpha, values.low), Position(alpha, values.high)};
+    const Stretch robust{Position(alpha, values.low), Position(alpha, values.high)};
+    Stretch stretch = alpha > 0 ? robust : Stretch{values.lowLinear, values.highLinear};
     const double least = std::max(LeastWidth, LeastWidth * std::abs(stretch.high));
     if (stretch.Width() < least) {
         const double half = std::max({least, 0.5 * std::abs(stretch.high), alpha > 0 ? 0.5 : 0.0});
         stretch = {stretch.low - half, stretch.high + half};
     }
-    stretch = Include(stretch, alpha, choice.include);
+    stretch = Include(stretch, robust, alpha, choice.include);
     const bool fromZero = alpha == 0 && BeginsNearZero(values);
     const double margin = Margin * stretch.Width();
     return {fromZero ? std::min(stretch.low, 0.0) : stretch.low - margin, stretch.high + margin};
@@ -170,7 +201,7 @@ Stretch FindStretch(const Summary& values, double alpha, const AxisChoice& choic
 }  // namespace
 
 Axis ChooseAxis(const std::vector<ColumnEvents>& shown, const AxisChoice& choice, const std::string& label) {
-    const Summary values = Summarize(shown).value_or(Summary{0, 1, 0.1, 0.1});
+    const Summary values = Summarize(shown).value_or(Summary{0, 1, 0, 1, 0, 0.1, 0.1});
     Axis axis{label, 0, 1, 0};
     if (IsAsinh(choice.scale, values)) axis.alpha = choice.alpha > 0 ? choice.alpha : values.alpha;
     if (!choice.range) {
@@ -193,12 +224,15 @@ AxisChoice SameAs(const Axis& axis) {
 
 ScaleChoice UsualScale(const Parameter& parameter) {
     if (parameter.IsLog()) return ScaleChoice::Asinh;
-    std::string name = parameter.name;
-    std::transform(name.begin(), name.end(), name.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-    constexpr std::array<const char*, 7> Linear{"FSC", "SSC", "FS ", "SS ", "FS-", "SS-", "TIME"};
+    // Between blanks, so that words are found at the ends as well.
+    std::string name = " ";
+    for (const unsigned char c : parameter.name)
+        name += static_cast<char>(std::toupper(c));
+    name += " ";
+    constexpr std::array<const char*, 11> Linear{"FSC",   "SSC",    " FS ",   " SS ", " FS-", " SS-",
+                                                 " TIME", " EVENT", " WIDTH", "-W ",  " W "};
     const bool isLinear = std::any_of(Linear.begin(), Linear.end(),
-                                      [&](const char* begin) { return name.rfind(begin, 0) == 0; });
+                                      [&](const char* part) { return name.find(part) != std::string::npos; });
     return isLinear ? ScaleChoice::Linear : ScaleChoice::Auto;
 }
 

@@ -41,7 +41,7 @@ struct ColumnEvents {
 
 /// The axis for the finite values of all the columns. Its range reaches from the lowest thousandth to the
 /// highest with a margin, and from zero where that is near, so that single events far off do not squeeze the
-/// others. The asinh scale is as wide around zero as the values below zero scatter, or where there are none,
+/// others; linear axes leave out more of values that are far from most. The asinh scale is as wide around zero as the values below zero scatter, or where there are none,
 /// the lower half of the values, but never so narrow that it spreads noise over many decades. Without values
 /// it goes from 0 to 1. It always has a width that the library's transformers can tell from nothing.
 Axis ChooseAxis(const std::vector<ColumnEvents>& shown, const AxisChoice& choice, const std::string& label);
@@ -49,8 +49,8 @@ Axis ChooseAxis(const std::vector<ColumnEvents>& shown, const AxisChoice& choice
 /// The choice that gives exactly this axis, for a plot that is to be compared with another.
 AxisChoice SameAs(const Axis& axis);
 
-/// The scale that people expect for a parameter when none is asked for: linear for scatter and time, asinh
-/// where the amplifier was logarithmic, else Auto.
+/// The scale that people expect for a parameter when none is asked for: asinh where the amplifier was
+/// logarithmic, linear for scatter, widths of pulses and time, Auto for all others, which are fluorescence.
 ScaleChoice UsualScale(const Parameter& parameter);
 
 /// `$PnS ($PnN)`, or `$PnN` alone; UTF-8 without control characters.

@@ -10,8 +10,11 @@
 
 #include "host/contour_lines.h"
 #include "host/gate_outlines.h"
+#include "host/plot_axes.h"
 #include "host/plot_canvas.h"
 #include "support/host_program.h"
+#include "support/pool.h"
+#include "support/population.h"
 
 namespace Orvane::Testing {
 namespace {
@@ -197,6 +200,51 @@ TEST_F(HostPlot, RefusesWithoutTouchingWhatWasThere) {
     EXPECT_EQ(Run({"plot", sample, "--x", "Par1", "-o", Path("no/where.png")}).status, 1);
     for (const auto& file : std::filesystem::directory_iterator(Path("")))
         EXPECT_NE(file.path().extension(), ".part") << file.path();
+}
+
+/// Few values far off do not squeeze the others unless a gate lies there.
+TEST(PlotAxes, ShowMostValues) {
+    using Host::ScaleChoice;
+    const struct {
+        ScaleChoice scale;
+        float first;
+        float last;
+        float outlier;  ///< every hundred and fiftieth value
+        double gate;
+        bool isAsinh;
+        double highFrom, highTo;
+    } cases[] = {{ScaleChoice::Auto, 0, 1000, 1000, 0, false, 1000, 1100},
+                 {ScaleChoice::Linear, 0, 1000, 1e6, 0, false, 1300, 1700},   // narrowed
+                 {ScaleChoice::Linear, 0, 1000, 1e6, 9e5, false, 9e5, 1e6},   // as far as the gate
+                 {ScaleChoice::Linear, 0, 1000, 1300, 0, false, 1300, 1400},  // not worth narrowing
+                 {ScaleChoice::Auto, 0, 1000, 1e6, 0, true, 1e6, 2e6},
+                 {ScaleChoice::Auto, 5e4, 1e5, -1, 0, true, 1e5, 2e5}};
+    const SmallPool pool(4096);
+    for (const auto& row : cases) {
+        Floats values(6000);
+        for (std::size_t i = 0; i < values.size(); ++i)
+            values[i] = i % 150 == 0 ? row.outlier
+                                     : std::lerp(row.first, row.last, static_cast<float>(i % 101) / 100);
+        Sample sample(values);
+        Host::AxisChoice choice;
+        choice.scale = row.scale;
+        choice.include = {row.gate};
+        const Host::Axis axis = Host::ChooseAxis({{&sample.Sections, nullptr}}, choice, "");
+        EXPECT_EQ(axis.alpha > 0, row.isAsinh);
+        EXPECT_TRUE(axis.max >= row.highFrom && axis.max <= row.highTo) << axis.max;
+    }
+}
+
+TEST(PlotAxes, AreLinearForScatterWidthAndTimeAndLeftToTheValuesForFluorescence) {
+    Host::Parameter parameter;
+    for (const char* name : {"FSC-A", "SSC-B-H", "fsc", "FS", "SS INT", "VSSC-A", "FL1-W", "Width", "Time"}) {
+        parameter.name = name;
+        EXPECT_EQ(Host::UsualScale(parameter), Host::ScaleChoice::Linear) << name;
+    }
+    for (const char* name : {"FITC-A", "FS1-A", "PE-Wide", "B530-H", "Lifetime"}) {
+        parameter.name = name;
+        EXPECT_EQ(Host::UsualScale(parameter), Host::ScaleChoice::Auto) << name;
+    }
 }
 
 /// A pixel holds what lies between its edges, on either axis and scale.
