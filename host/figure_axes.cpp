@@ -121,28 +121,59 @@ bool Within(const Axis& axis, double value) {
     return axis.min <= value && value <= axis.max;
 }
 
-/// The powers of ten from `first` to `last` and their negatives.
+/// The ticks of an asinh axis: zero, and powers of ten with their negatives and what lies between them.
 class Decades {
 public:
-    Decades(const Axis& axis, int pixels) : axis_(axis), scale_(axis, pixels) {
-        if (Within(axis, 0)) ticks_.labelled.push_back({scale_.Position(0), "0"});
-        const int first = static_cast<int>(std::ceil(std::log10(axis.alpha * LeastShareOfAlpha)));
-        const int last = FloorLog10(std::max(std::abs(axis.min), std::abs(axis.max)));
-        for (int exponent = last; exponent >= first; --exponent)
-            AddLabelled(exponent);
-        for (int exponent = last; exponent >= FloorLog10(axis.alpha); --exponent)
+    Decades(const Axis& axis, int pixels)
+        : axis_(axis),
+          scale_(axis, pixels),
+          largest_(std::max(std::abs(axis.min), std::abs(axis.max))),
+          last_(FloorLog10(largest_)) {
+        for (int exponent = last_; exponent >= FloorLog10(axis.alpha); --exponent)
             AddMinor(std::pow(10.0, exponent));
     }
 
-    const Ticks& Found() const { return ticks_; }
+    Ticks Powers() {
+        LabelZero();
+        const double least = axis_.alpha * LeastShareOfAlpha;
+        for (int exponent = last_; exponent >= std::ceil(std::log10(least)); --exponent)
+            AddLabelled(std::pow(10.0, exponent), PowerOfTen(exponent));
+        return ticks_;
+    }
+
+    /// With 2 and 5 times the powers of ten, for axes over few of these.
+    Ticks Halves() {
+        ticks_.labelled.clear();
+        LabelZero();
+        const double least = axis_.alpha * LeastShareOfAlpha;
+        const LabelUnit unit = FindUnit(largest_, least);
+        for (const double factor : {1.0, 2.0, 5.0}) {
+            for (int exponent = last_; exponent >= FloorLog10(least); --exponent) {
+                const double value = factor * std::pow(10.0, exponent);
+                if (value >= least) AddLabelled(value, ShortLabel(value, unit));
+            }
+        }
+        return ticks_;
+    }
 
 private:
-    void AddLabelled(int exponent) {
-        const double value = std::pow(10.0, exponent);
-        std::string negative = "−";
-        if (Within(axis_, value)) ticks_.labelled.push_back({scale_.Position(value), PowerOfTen(exponent)});
+    static std::string ShortLabel(double value, const LabelUnit& unit) {
+        constexpr int Digits = 6;
+        char digits[32];
+        const auto end =
+            std::to_chars(digits, std::end(digits), value / unit.size, std::chars_format::general, Digits)
+                .ptr;
+        return std::string(digits, end).append(unit.suffix);
+    }
+
+    void LabelZero() {
+        if (Within(axis_, 0)) ticks_.labelled.push_back({scale_.Position(0), "0"});
+    }
+
+    void AddLabelled(double value, const std::string& label) {
+        if (Within(axis_, value)) ticks_.labelled.push_back({scale_.Position(value), label});
         if (Within(axis_, -value))
-            ticks_.labelled.push_back({scale_.Position(-value), negative += PowerOfTen(exponent)});
+            ticks_.labelled.push_back({scale_.Position(-value), std::string("−").append(label)});
     }
 
     void AddMinor(double power) {
@@ -156,6 +187,8 @@ private:
 
     const Axis& axis_;
     AxisScale scale_;
+    double largest_;
+    int last_;
     Ticks ticks_;
 };
 
@@ -174,8 +207,10 @@ Ticks FindTicks(const Axis& axis, int pixels, double spacing) {
     const double range = axis.max - axis.min;
     if (!(range > 0) || !std::isfinite(range)) return {};
     if (axis.alpha > 0) {
-        const Decades decades(axis, pixels);
-        if (decades.Found().labelled.size() >= 3) return decades.Found();
+        Decades decades(axis, pixels);
+        for (const Ticks& ticks : {decades.Powers(), decades.Halves()}) {
+            if (ticks.labelled.size() >= 3) return ticks;
+        }
     }
     return FindRoundTicks(axis, pixels, spacing);
 }
