@@ -106,7 +106,9 @@ Figure BeginFigure(const PlotFrame& frame, std::span<DrawnEvents> samples) {
 }
 
 int DotWidth(const PictureSize& size, std::uint64_t events) {
+    constexpr std::uint64_t Few = 2000;
     constexpr std::uint64_t Many = 50000;
+    if (events < Few) return 3 * size.scale;
     return size.scale * (events < Many ? 2 : 1);
 }
 

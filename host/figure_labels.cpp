@@ -82,13 +82,27 @@ Box Anchored(const Box& frame, double width, double height, double x, double y) 
     return {frame.left + x * (frame.width - width), frame.top + y * (frame.height - height), width, height};
 }
 
+/// Whether an outline goes on beyond two sides of the plot area or more, as quadrants do. What lies beside it
+/// would be taken for its neighbor's.
+bool IsOpen(const Box& outline, const Box& area) {
+    const int open = (outline.left <= area.left ? 1 : 0) + (outline.top <= area.top ? 1 : 0) +
+                     (outline.Right() >= area.Right() ? 1 : 0) + (outline.Bottom() >= area.Bottom() ? 1 : 0);
+    return open >= 2;
+}
+
 /// The best first: inside at the top, above, then the rest of the inside and the other sides.
-std::vector<Box> LabelCandidates(const Box& outline, double width, double height, double gap) {
+std::vector<Box> LabelCandidates(const Box& outline, const Box& area, double width, double height,
+                                 double gap) {
     const Box inner{outline.left + gap, outline.top + gap, outline.width - 2 * gap, outline.height - 2 * gap};
     const Box outer{outline.left - width - gap, outline.top - height - gap, outline.width + 2 * (width + gap),
                     outline.height + 2 * (height + gap)};
     const auto Inside = [&](double x, double y) { return Anchored(inner, width, height, x, y); };
     const auto Outside = [&](double x, double y) { return Anchored(outer, width, height, x, y); };
+    const bool fits = width <= inner.width && height <= inner.height;
+    if (fits && IsOpen(outline, area)) {
+        return {Inside(0.5, 0), Inside(0.5, 1), Inside(0, 0),   Inside(1, 0),    Inside(0, 1),
+                Inside(1, 1),   Inside(0, 0.5), Inside(1, 0.5), Inside(0.5, 0.5)};
+    }
     return {Inside(0.5, 0),   Outside(0.5, 0), Inside(0.5, 1), Inside(0, 0),  Inside(1, 0),   Outside(0.5, 1),
             Outside(1, 0.5),  Outside(0, 0.5), Inside(0, 1),   Inside(1, 1),  Inside(0, 0.5), Inside(1, 0.5),
             Inside(0.5, 0.5), Outside(0, 0),   Outside(1, 0),  Outside(0, 1), Outside(1, 1)};
@@ -141,8 +155,9 @@ public:
         const TextStyle style{LabelSize * layout_.em, TextColor(outline.color), true, true};
         const TextBlock block = Measure(canvas_, outline.label, style, 0.6 * layout_.area.width);
         const double height = static_cast<double>(block.lines.size()) * style.size * LineHeight;
-        const Box box = placing_.Place(LabelCandidates(frame, block.width, height, placing_.Spacing()),
-                                       Foreign(outlines, index), LabelRankCost);
+        const Box box =
+            placing_.Place(LabelCandidates(frame, layout_.AreaBox(), block.width, height, placing_.Spacing()),
+                           Foreign(outlines, index), LabelRankCost);
         double baseline = box.top + 0.95 * style.size;
         for (const std::string& line : block.lines) {
             DrawText(canvas_, line, style, {box.left + box.width / 2, baseline}, Align::Center);

@@ -54,19 +54,58 @@ public:
           x_(figure.x, layout.area.width),
           y_(figure.y, layout.area.height) {}
 
-    Box Draw(const Outline& outline) {
-        const std::vector<Point> points = MapPoints(outline);
-        for (std::size_t i = 1; i < points.size(); ++i)
-            AddSegment({points[i - 1], points[i]});
-        cairo_path_t* path = cairo_copy_path(context_);
+    void DrawCasing(const Outline& outline) {
+        AddPath(outline);
         Stroke(White, 0.75, CasingWidth * em_);
-        cairo_append_path(context_, path);
-        cairo_path_destroy(path);
+    }
+
+    void DrawLine(const Outline& outline) {
+        AddPath(outline);
         Stroke(outline.color, 1, LineWidth * em_);
-        return VisibleBox(points);
+    }
+
+    Box VisibleBox(const Outline& outline) const {
+        const std::vector<Point> points = MapPoints(outline);
+        if (points.empty()) return {0, 0, -1, -1};
+        const Box box = Around(points);
+        const double x = std::max(box.left, area_.left);
+        const double y = std::max(box.top, area_.top);
+        const double width = std::min(box.Right(), area_.Right()) - x;
+        const double height = std::min(box.Bottom(), area_.Bottom()) - y;
+        if (width < 0 || height < 0) return {0, 0, -1, -1};
+        return {x, y, width, height};
     }
 
 private:
+    static Box Around(const std::vector<Point>& points) {
+        const auto [left, right] = std::minmax_element(
+            points.begin(), points.end(), [](const Point& a, const Point& b) { return a.x < b.x; });
+        const auto [top, bottom] = std::minmax_element(
+            points.begin(), points.end(), [](const Point& a, const Point& b) { return a.y < b.y; });
+        return {left->x, top->y, right->x - left->x, bottom->y - top->y};
+    }
+
+    void AddPath(const Outline& outline) {
+        std::vector<Point> points = MapPoints(outline);
+        MoveInside(points);
+        for (std::size_t i = 1; i < points.size(); ++i)
+            AddSegment({points[i - 1], points[i]});
+    }
+
+    /// The line of a rectangle, which is what four points are, lies inside it, so that rectangles side by
+    /// side both show theirs.
+    void MoveInside(std::vector<Point>& points) const {
+        constexpr std::size_t ClosedRectangle = 5;
+        if (points.size() != ClosedRectangle) return;
+        const Box box = Around(points);
+        const double half = LineWidth * em_ / 2;
+        if (std::min(box.width, box.height) < 4 * half) return;
+        for (Point& point : points) {
+            point.x += point.x < box.left + box.width / 2 ? half : -half;
+            point.y += point.y < box.top + box.height / 2 ? half : -half;
+        }
+    }
+
     /// In pixels, infinite values just beyond the plot area; the last point is the first again.
     std::vector<Point> MapPoints(const Outline& outline) const {
         std::vector<Point> points;
@@ -98,20 +137,6 @@ private:
         cairo_stroke(context_);
     }
 
-    Box VisibleBox(const std::vector<Point>& points) const {
-        if (points.empty()) return {0, 0, -1, -1};
-        const auto [left, right] = std::minmax_element(
-            points.begin(), points.end(), [](const Point& a, const Point& b) { return a.x < b.x; });
-        const auto [top, bottom] = std::minmax_element(
-            points.begin(), points.end(), [](const Point& a, const Point& b) { return a.y < b.y; });
-        const double x = std::max(left->x, area_.left);
-        const double y = std::max(top->y, area_.top);
-        const double width = std::min(right->x, area_.Right()) - x;
-        const double height = std::min(bottom->y, area_.Bottom()) - y;
-        if (width < 0 || height < 0) return {0, 0, -1, -1};
-        return {x, y, width, height};
-    }
-
     cairo_t* context_;
     double em_;
     Box area_;
@@ -127,9 +152,14 @@ std::vector<Box> DrawOutlines(Canvas& canvas, const Layout& layout, const Figure
     cairo_set_line_join(context, CAIRO_LINE_JOIN_ROUND);
     cairo_set_line_cap(context, CAIRO_LINE_CAP_ROUND);
     OutlineDrawing drawing(canvas, layout, figure);
-    std::vector<Box> boxes;
+    // No casing hides the line of another gate.
     for (const Outline& outline : figure.outlines)
-        boxes.push_back(drawing.Draw(outline));
+        drawing.DrawCasing(outline);
+    std::vector<Box> boxes;
+    for (const Outline& outline : figure.outlines) {
+        drawing.DrawLine(outline);
+        boxes.push_back(drawing.VisibleBox(outline));
+    }
     return boxes;
 }
 
