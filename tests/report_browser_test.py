@@ -129,6 +129,12 @@ def check_pictures(browser):
     assert browser.evaluate("document.images.length") > 0, "there is no picture"
 
 
+def check_styles(browser):
+    addresses = browser.evaluate("document.documentElement.outerHTML.match(/url\\(.{0,9}|@import/g) || []")
+    strangers = [address for address in addresses if not address.startswith(("url(data:", 'url("data:'))]
+    assert not strangers, f"the styles ask for {strangers}"
+
+
 def check_silence(browser, url):
     said = browser.find("Runtime.exceptionThrown", "Runtime.consoleAPICalled", "Log.entryAdded")
     assert not said, f"the page reports {said}"
@@ -150,6 +156,7 @@ def main(host, strategy, directory):
         browser.open(url)
         check_sorting(browser)
         check_pictures(browser)
+        check_styles(browser)
         check_narrow_window(browser)
         check_silence(browser, url)
     finally:
