@@ -41,9 +41,10 @@ struct ColumnEvents {
 
 /// The axis for the finite values of all the columns. Its range reaches from the lowest thousandth to the
 /// highest with a margin, and from zero where that is near, so that single events far off do not squeeze the
-/// others; linear axes leave out more of values that are far from most. The asinh scale is as wide around zero as the values below zero scatter, or where there are none,
-/// the lower half of the values, but never so narrow that it spreads noise over many decades. Without values
-/// it goes from 0 to 1. It always has a width that the library's transformers can tell from nothing.
+/// others; linear axes leave out more of values that are far from most. The asinh scale is as wide around
+/// zero as the values below zero scatter, or where there are next to none, the lower half of the values, at
+/// most a hundredth of the largest, but never so narrow that it spreads noise over many decades. Without
+/// values it goes from 0 to 1. It always has a width that the library's transformers can tell from nothing.
 Axis ChooseAxis(const std::vector<ColumnEvents>& shown, const AxisChoice& choice, const std::string& label);
 
 /// The choice that gives exactly this axis, for a plot that is to be compared with another.
