@@ -15,7 +15,7 @@ struct AcquireOptions {
 };
 
 /// Acquires until there are enough events or the user interrupts, and writes what there is. Throws Refusal
-/// for gates that cannot be used, std::runtime_error when the file cannot be written, and
+/// for gates that cannot be used, OutputError when the file cannot be written, and
 /// OutOfMemoryException* when the pool cannot hold the events.
 void RunAcquire(const AcquireOptions& options);
 

@@ -112,9 +112,12 @@ void ReadSupplementalText(InputFile& file, std::uint64_t start, const Header& he
                       "there is no supplemental TEXT");
         return;
     }
-    if (place.begin < Header::Size || place.end <= place.begin || place.end >= file.Size() - start) {
-        findings.Warn({"$BEGINSTEXT, $ENDSTEXT", ToText(place), "a segment inside the file"},
-                      "the supplemental TEXT is left out");
+    if (place.begin < Header::Size || place.end <= place.begin || place.end >= file.Size() - start ||
+        place.end - place.begin > Header::EightNines) {
+        findings.Warn(
+            {"$BEGINSTEXT, $ENDSTEXT", ToText(place),
+             "a segment inside the file of at most " + std::to_string(Header::EightNines) + " bytes"},
+            "the supplemental TEXT is left out");
         return;
     }
     const std::string segment = file.ReadText(start + place.begin, place.end - place.begin + 1);

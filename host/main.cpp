@@ -16,6 +16,7 @@
 #include "info_command.h"
 #include "numbers.h"
 #include "output.h"
+#include "output_file.h"
 #include "parallel.h"
 #include "plot_command.h"
 #include "report_command.h"
@@ -279,7 +280,8 @@ int Run(int argc, char** argv) {
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return program.exit(error) == 0 ? 0 : WrongUsage;
+        if (program.exit(error) != 0) return WrongUsage;
+        Host::WriteResult("", "");  // throws if the help could not be printed
     }
     return status;
 }
@@ -287,8 +289,14 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    Host::HoldStandardStreams();
     int status = Refused;
-    const std::string failure = Host::RunGuarded([&] { status = Run(argc, argv); });
+    std::string failure;
+    try {
+        failure = Host::RunGuarded([&] { status = Run(argc, argv); });
+    } catch (const Host::OutputError& error) {
+        failure = error.what();
+    }
     if (!failure.empty()) std::fprintf(stderr, "orvane: %s\n", failure.c_str());
     return status;
 }

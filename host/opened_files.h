@@ -34,6 +34,7 @@ std::vector<Outcome<Result>> CollectFromFiles(
         if (!opened[i].result) return;
         outcomes[i].refusal =
             RunGuarded([&] { outcomes[i].result.emplace(work(i, *opened[i].result, progress)); });
+        opened[i].result.reset();  // many open files are more than the system allows
     });
     return outcomes;
 }

@@ -1,17 +1,27 @@
 #include "output.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <iostream>
-#include <stdexcept>
 
 #include "display.h"
 #include "output_file.h"
 
 namespace Host {
 
+/// Opened for reading only, so that writing still fails.
+void HoldStandardStreams() {
+    int descriptor = 0;
+    while (descriptor >= 0 && descriptor <= STDERR_FILENO)
+        descriptor = open("/dev/null", O_RDONLY);
+    if (descriptor >= 0) close(descriptor);
+}
+
 void WriteResult(const std::string& text, const std::string& path) {
     if (path.empty()) {
         std::cout << text << std::flush;
-        if (!std::cout) throw std::runtime_error("standard output cannot be written");
+        if (!std::cout) throw OutputError("standard output cannot be written");
         return;
     }
     OutputFile file(path);

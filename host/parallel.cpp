@@ -11,6 +11,7 @@
 #include <orvane/Exceptions.h>
 
 #include "findings.h"
+#include "output_file.h"
 
 namespace Host {
 namespace {
@@ -52,6 +53,8 @@ std::string RunGuarded(const std::function<void()>& work) {
     try {
         work();
         return {};
+    } catch (const OutputError&) {
+        throw;
     } catch (const Refusal& refusal) {
         return refusal.what();
     } catch (Orvane::OutOfMemoryException* error) {

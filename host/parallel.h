@@ -23,7 +23,7 @@ struct Outcome {
 void RunParallel(std::size_t count, unsigned jobs, const std::function<void(std::size_t)>& work);
 
 /// Runs `work` and returns why it failed, whatever was thrown: a refusal, memory that is short, a call that
-/// the library refuses. Empty when it succeeded.
+/// the library refuses. Empty when it succeeded. Only OutputError, which is about no input, is passed on.
 std::string RunGuarded(const std::function<void()>& work);
 
 /// `work` for every index, as RunParallel and RunGuarded run it.

@@ -147,6 +147,7 @@ Sample::Sample(FcsFile& file, ValueKind values, const std::function<void(std::ui
         Release();
         throw;
     }
+    file.bytes.Close();
 }
 
 Sample::~Sample() {

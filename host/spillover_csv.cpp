@@ -72,7 +72,7 @@ void AppendNumbers(const std::string& path, const Line& line, std::size_t labels
 
 Spillover ReadSpilloverCsv(const std::string& path) {
     InputFile file(path);
-    std::vector<Line> lines = SplitLines(file.ReadText(0, file.Size()));
+    std::vector<Line> lines = SplitLines(file.ReadWhole());
     if (lines.empty()) RefuseMissing(path + ", line 1", "the names of channels");
     const std::size_t size = lines.size() - 1;
     Row& names = lines[0].fields;

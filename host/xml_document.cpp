@@ -116,7 +116,7 @@ void XmlElement::RefuseCount(std::string_view what, std::size_t count, std::stri
 
 XmlDocument::XmlDocument(const std::string& path) : path_(path) {
     InputFile file(path);
-    text_ = file.ReadText(0, file.Size());
+    text_ = file.ReadWhole();
     for (std::size_t i = text_.find('\n'); i != std::string::npos; i = text_.find('\n', i + 1))
         lineEnds_.push_back(static_cast<std::ptrdiff_t>(i));
     const pugi::xml_parse_result result = document_.load_buffer(text_.data(), text_.size());
