@@ -46,7 +46,7 @@ The headers of liborvane, with what CMake and pkg-config need to find it.")
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME ${package_of_program})
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS fonts-dejavu-core)
-set(CPACK_COMPONENT_PROGRAM_DESCRIPTION "Flow cytometry list-mode files: what they hold, in numbers
+set(CPACK_COMPONENT_PROGRAM_DESCRIPTION "Flow cytometry list-mode files: what they hold, in numbers and pictures
 Prints statistics and populations of FCS files, converts them, draws plots and
 writes reports; acquires events from a simulated instrument.")
 

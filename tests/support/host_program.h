@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -36,7 +37,8 @@ protected:
         std::string name = std::string(test->test_suite_name()) + "." + test->name();
         for (char& c : name)
             c = c == '/' ? '_' : c;
-        directory_ = std::filesystem::temp_directory_path() / ("orvane_" + name);
+        directory_ =
+            std::filesystem::temp_directory_path() / ("orvane_" + name + "_" + std::to_string(getpid()));
         std::filesystem::remove_all(directory_);
         std::filesystem::create_directories(directory_);
     }
