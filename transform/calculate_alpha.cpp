@@ -4,7 +4,7 @@
 #include <orvane/OVStatisticsSignalSection.h>
 
 #include <cmath>
-#include <memory>
+#include <new>
 
 namespace Orvane {
 namespace {
@@ -26,6 +26,8 @@ float SpreadBelow(std::vector<SignalSection*>& sections, float threshold) {
         OVStatisticsSignalSection().RobustSD_LessMinValue(sections, threshold, sd);
     } catch (OutOfMemoryException* error) {
         delete error;
+        return 0.0F;
+    } catch (const std::bad_alloc&) {
         return 0.0F;
     }
     return sd;
