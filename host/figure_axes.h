@@ -36,8 +36,9 @@ struct Ticks {
 };
 
 /// The ticks of an axis over so many pixels, linear ones at least `spacing` pixels apart: 1, 2 or 5 times a
-/// power of ten. Asinh axes have powers of ten and zero; where fewer than three of those are in the range, 2 and
-/// 5 times powers of ten as well; and where these are too few, round values. At least two are labelled unless the range is empty or not finite.
+/// power of ten. Asinh axes have powers of ten and zero; where fewer than three of those are in the range, 2
+/// and 5 times powers of ten as well; and where these are too few, round values. At least two are labelled
+/// unless the range is empty or not finite.
 Ticks FindTicks(const Axis& axis, int pixels, double spacing);
 
 }  // namespace Host
