@@ -66,7 +66,7 @@ void FileEvents(OVFilterSection& operations, Signals& xs, const Signals& ys, con
 
 void OVFilter::Filter_LineSegment(Signals& signals, Filters& filters, float low, float high) {
     FileEvents(
-        FilterSections, signals, signals, {&filters},
+        filterSection_, signals, signals, {&filters},
         [&] {
             return SegmentRule{low, high};
         },
@@ -75,47 +75,47 @@ void OVFilter::Filter_LineSegment(Signals& signals, Filters& filters, float low,
 
 void OVFilter::Filter_Vertical(Signals& signals, Filters& filters, float cut, int side) {
     const int region = side == 0 ? CutRule::Left : CutRule::Right;
-    FileEvents(FilterSections, signals, signals, OnlyRegion<CutRule>(filters, region),
+    FileEvents(filterSection_, signals, signals, OnlyRegion<CutRule>(filters, region),
                [&] { return CutRule{cut}; });
 }
 
 void OVFilter::Filter_Vertical_Fast(Signals& signals, Filters& left, Filters& right, float cut) {
-    FileEvents(FilterSections, signals, signals, {&left, nullptr, &right}, [&] { return CutRule{cut}; });
+    FileEvents(filterSection_, signals, signals, {&left, nullptr, &right}, [&] { return CutRule{cut}; });
 }
 
 void OVFilter::Filter_Rectangle(Signals& xs, Signals& ys, Filters& filters, float xMin, float xMax,
                                 float yMin, float yMax) {
-    FileEvents(FilterSections, xs, ys, {&filters}, [&] { return RectangleRule{xMin, xMax, yMin, yMax}; });
+    FileEvents(filterSection_, xs, ys, {&filters}, [&] { return RectangleRule{xMin, xMax, yMin, yMax}; });
 }
 
 void OVFilter::Filter_Quadrant(Signals& xs, Signals& ys, Filters& filters, float xCut, float yCut,
                                int quadrant) {
-    FileEvents(FilterSections, xs, ys, OnlyRegion<QuadrantRule>(filters, quadrant), [&] {
+    FileEvents(filterSection_, xs, ys, OnlyRegion<QuadrantRule>(filters, quadrant), [&] {
         return QuadrantRule{xCut, yCut};
     });
 }
 
 void OVFilter::Filter_Quadrant_Fast(Signals& xs, Signals& ys, Filters& filters0, Filters& filters1,
                                     Filters& filters2, Filters& filters3, float xCut, float yCut) {
-    FileEvents(FilterSections, xs, ys, {&filters0, &filters1, &filters2, &filters3}, [&] {
+    FileEvents(filterSection_, xs, ys, {&filters0, &filters1, &filters2, &filters3}, [&] {
         return QuadrantRule{xCut, yCut};
     });
 }
 
 void OVFilter::Filter_Hinged(Signals& xs, Signals& ys, Filters& filters, OVPoint* points, int count,
                              int region) {
-    FileEvents(FilterSections, xs, ys, OnlyRegion<HingedRule>(filters, region),
+    FileEvents(filterSection_, xs, ys, OnlyRegion<HingedRule>(filters, region),
                [&] { return HingedRule(points, count); });
 }
 
 void OVFilter::Filter_Hinged_Fast(Signals& xs, Signals& ys, Filters& filters0, Filters& filters1,
                                   Filters& filters2, Filters& filters3, OVPoint* points, int count) {
-    FileEvents(FilterSections, xs, ys, {&filters0, &filters1, &filters2, &filters3},
+    FileEvents(filterSection_, xs, ys, {&filters0, &filters1, &filters2, &filters3},
                [&] { return HingedRule(points, count); });
 }
 
 void OVFilter::Filter_Ploygon(Signals& xs, Signals& ys, Filters& filters, OVPoint* vertices, int count) {
-    FileEvents(FilterSections, xs, ys, {&filters},
+    FileEvents(filterSection_, xs, ys, {&filters},
                [&] { return PolygonRule(vertices, count, PolygonRule::MethodFor(TotalCount(xs), count)); });
 }
 

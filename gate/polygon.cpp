@@ -64,42 +64,42 @@ OVRect RectangleAround(const OVPoint* vertices, int count) {
     return rect;
 }
 
-OVPloygon::OVPloygon() : Count(0), Edges(nullptr) {}
+OVPloygon::OVPloygon() : count_(0), edges_(nullptr) {}
 
 OVPloygon::OVPloygon(const OVPloygon& other) = default;
 OVPloygon& OVPloygon::operator=(const OVPloygon& other) = default;
 
 OVPloygon::~OVPloygon() {
-    delete[] Edges;
+    delete[] edges_;
 }
 
 void OVPloygon::ConstructEigenValue(OVPoint* vertices, int count) {
     const auto edges = static_cast<std::size_t>(std::max(count, 0));
     // Without a table in between, should there be no memory for the new one.
-    Count = 0;
-    delete[] Edges;
-    Edges = nullptr;
-    Edges = new OVPloygonEigenValue[edges];
-    Count = count;
-    BuildEdges({vertices, edges}, Edges);
+    count_ = 0;
+    delete[] edges_;
+    edges_ = nullptr;
+    edges_ = new OVPloygonEigenValue[edges];
+    count_ = count;
+    BuildEdges({vertices, edges}, edges_);
     CalcMinRect(vertices, count);
 }
 
 OVRect OVPloygon::GetMinRect() {
-    return MinRect;
+    return minRect_;
 }
 
 bool OVPloygon::IsInPloygon(float x, float y) {
     bool inside = false;
-    for (int i = 0; i < Count; ++i) {
-        if (y >= Edges[i].MaxY) break;
-        if (IsCrossed(Edges[i], x, y)) inside = !inside;
+    for (int i = 0; i < count_; ++i) {
+        if (y >= edges_[i].MaxY) break;
+        if (IsCrossed(edges_[i], x, y)) inside = !inside;
     }
     return inside;
 }
 
 void OVPloygon::CalcMinRect(OVPoint* vertices, int count) {
-    MinRect = RectangleAround(vertices, count);
+    minRect_ = RectangleAround(vertices, count);
 }
 
 }  // namespace Orvane

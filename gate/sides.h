@@ -32,7 +32,6 @@ struct Sides {
     std::uint32_t Beyond = 0;  ///< values >= Low, or > Low for an open bound
 
     ORVANE_KERNEL_INLINE std::uint32_t Both() const { return AtMost & Beyond; }
-    ORVANE_KERNEL_INLINE std::uint32_t Either() const { return AtMost | Beyond; }
 };
 
 // Each set has its form of the same function, to be called from kernels for that set.

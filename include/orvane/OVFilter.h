@@ -119,7 +119,7 @@ public:
                         std::vector<FilterSection*>& filters, OVPoint* vertices, int count) override;
 
 private:
-    OVFilterSection FilterSections;
+    OVFilterSection filterSection_;
 };
 
 }  // namespace Orvane

@@ -56,9 +56,9 @@ public:
 private:
     void CalcMinRect(OVPoint* vertices, int count);
 
-    int Count;
-    OVPloygonEigenValue* Edges;  ///< highest `MaxY` first
-    OVRect MinRect;
+    int count_;
+    OVPloygonEigenValue* edges_;  ///< highest `MaxY` first
+    OVRect minRect_;
 };
 
 }  // namespace Orvane
