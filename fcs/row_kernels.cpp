@@ -7,10 +7,7 @@
 
 #include "fcs/words.h"
 #include "foundation/instruction_set.h"
-
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+#include "foundation/intrinsics.h"
 
 namespace Orvane {
 namespace {

@@ -8,13 +8,10 @@
 
 #include "foundation/convert.h"
 #include "foundation/instruction_set.h"
+#include "foundation/intrinsics.h"
 #include "operations/filter_kernels.h"
 #include "sections/kernels.h"
 #include "transform/asinh_bracket.h"
-
-#if ORVANE_WIDE_KERNELS
-#include <immintrin.h>
-#endif
 
 namespace Orvane {
 namespace {
