@@ -6,9 +6,7 @@
 #include <random>
 #include <string>
 
-#include <orvane/OVPloygon.h>
-
-#include "gate/polygon_rule.h"
+#include "tests/support/gate_models.h"
 #include "tests/support/gates.h"
 
 namespace Orvane::Testing {
@@ -18,37 +16,9 @@ INSTANTIATE_TEST_SUITE_P(Sets, GateTest, ::testing::ValuesIn(AvailableInstructio
                          ::testing::PrintToStringParamName());
 
 TEST_P(GateTest, ThresholdsAreClosedBelowAndOnTheLeft) {
-    const auto expect = [this](float a, float b, float c, float d) {
+    const auto expect = [](float a, float b, float c, float d) {
         SCOPED_TRACE(::testing::Message() << a << ' ' << b << ' ' << c << ' ' << d);
-        const Points points = PointsAround({a, b, c, d}, 2500, 11);
-        const auto quadrant = [a, c](float x, float y) {
-            if (x > a && y > c) return 0;
-            if (x <= a && y > c) return 1;
-            if (x <= a && y <= c) return 2;
-            return x > a && y <= c ? 3 : None;
-        };
-        ExpectGate(
-            points,
-            [&](auto& x, auto& y, auto& r) {
-                filter.Filter_Quadrant_Fast(x, y, r[0], r[1], r[2], r[3], a, c);
-                for (const int wanted : {0, 1, 2, 3, 4, -1})
-                    filter.Filter_Quadrant(x, y, r.begin()[5 + wanted], a, c, wanted);
-                filter.Filter_Vertical_Fast(x, r[10], r[11], a);
-                filter.Filter_Vertical(x, r[12], a, 0);
-                filter.Filter_Vertical(x, r[13], a, 1);
-                filter.Filter_Vertical(x, r[14], a, -2);
-                filter.Filter_Rectangle(x, y, r[15], a, b, c, d);
-                filter.Filter_LineSegment(x, r[16], a, b);
-                for (FilterSection* section : r[16])
-                    section->CalcTrueCount();
-            },
-            [&](float x, float y) -> Membership {
-                const int q = quadrant(x, y);
-                const bool left = x <= a, right = x > a, within = a <= x && x <= b;
-                return {q == 0, q == 1, q == 2, q == 3, false, q == 0, q == 1, q == 2,
-                        q == 3, false,  left,   !left,  left,  right,  right,  within && c <= y && y <= d,
-                        within};
-            });
+        ExpectThresholds(PointsAround({a, b, c, d}, 2500, 11), a, b, c, d);
     };
     expect(-3, 7, 5, 90);
     expect(7, -3, 5, 5);
@@ -123,22 +93,6 @@ std::map<std::string, Points> Shapes() {
     return shapes;
 }
 
-/// Every edge as described, in drawing order.
-bool IsInside(const Points& vertices, float x, float y) {
-    bool inside = false;
-    const OVPoint* from = &vertices.back();
-    for (const OVPoint& to : vertices) {
-        const float minY = from->y > to.y ? to.y : from->y;
-        const float maxY = from->y > to.y ? from->y : to.y;
-        const double slope = static_cast<double>((from->x - to.x) / (from->y - to.y));
-        const double intercept = static_cast<double>(to.x) - static_cast<double>(to.y) * slope;
-        const bool reaches = y >= minY && y < maxY;
-        if (reaches && static_cast<double>(y) * slope + intercept > static_cast<double>(x)) inside = !inside;
-        from = &to;
-    }
-    return inside;
-}
-
 /// Points all over the polygon, at its vertices, on its edges and next to all of these.
 Points PointsOn(const Points& vertices, std::size_t count) {
     std::mt19937 random(7);
@@ -160,33 +114,7 @@ Points PointsOn(const Points& vertices, std::size_t count) {
 TEST_P(GateTest, PolygonsAreTheWalkOverTheirEdges) {
     for (const auto& shape : Shapes()) {
         SCOPED_TRACE(shape.first);
-        Points vertices = shape.second;
-        const int count = static_cast<int>(vertices.size());
-        OVPloygon polygon;
-        polygon.ConstructEigenValue(vertices.data(), count);
-        const OVRect rect = polygon.GetMinRect();
-        const Points points = PointsOn(vertices, 2100);
-        Floats xs, ys;
-        std::vector<bool> expected;
-        for (const OVPoint& point : points) {
-            xs.push_back(point.x);
-            ys.push_back(point.y);
-            const bool inside = IsInside(vertices, point.x, point.y);
-            expected.push_back(rect.InRect(point) && inside);
-            ASSERT_EQ(polygon.IsInPloygon(point.x, point.y), inside) << point.x << ' ' << point.y;
-        }
-        ExpectGate(
-            {points.begin(), points.begin() + 400},
-            [&](auto& x, auto& y, auto& r) { filter.Filter_Ploygon(x, y, r[0], vertices.data(), count); },
-            [&](float x, float y) { return Membership{rect.InRect(x, y) && IsInside(vertices, x, y)}; });
-        for (const int gridSize : {0, 1, 2, 13, 64, 128, 256}) {
-            std::vector<std::uint32_t> words(points.size() / 32 + 1);
-            const PolygonRule rule(vertices.data(), count, {gridSize});
-            rule(xs.data(), ys.data(), static_cast<int>(points.size()), {words.data()});
-            for (std::size_t i = 0; i < 32 * words.size(); ++i)
-                ASSERT_EQ((words[i / 32] >> (i % 32) & 1U) != 0, i < points.size() && expected[i])
-                    << "grid " << gridSize << " at event " << i;
-        }
+        ExpectPolygon(shape.second, PointsOn(shape.second, 2100), {0, 1, 2, 13, 64, 128, 256});
     }
 }
 

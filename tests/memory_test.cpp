@@ -15,73 +15,18 @@
 #include "memory/pool.h"
 #include "memory/pool_access.h"
 #include "memory/pooled.h"
-#include "tests/support/exceptions.h"
-#include "tests/support/pool.h"
+#include "tests/support/pool_traffic.h"
 
 namespace Orvane {
 namespace {
 
 using namespace Testing;
-using Info = MemoryStatisticsInfo;
 using Manage = MemoryManage;
-
-/// A kind of storage; the last one is the raw segment.
-struct Storage {
-    char Letter;
-    int (*Bytes)();
-    int Info::*UsedCount;
-    void* (*Take)();
-    void* (*TakeCopy)(void*);
-    void (*Return)(void*);
-};
-
-template <class Element, Element* (*Take)(), Element* (*TakeCopy)(Element*), void (*Return)(Element*)>
-Storage Kind(char letter, int (*bytes)(), int Info::*usedCount) {
-    return {letter,
-            bytes,
-            usedCount,
-            [] { return static_cast<void*>(Take()); },
-            [](void* p) { return static_cast<void*>(TakeCopy(static_cast<Element*>(p))); },
-            [](void* p) { Return(static_cast<Element*>(p)); }};
-}
-
-const Storage Kinds[] = {
-    Kind<float, Manage::NewFloatArray, Manage::NewFloatArrayValue, Manage::FreeFloatArray>(
-        'f', [] { return Manage::GetCapacity() * 4; }, &Info::UsedFloatCount),
-    Kind<short, Manage::NewShortArray, Manage::NewShortArrayValue, Manage::FreeShortArray>(
-        's', [] { return Manage::GetCapacity() * 2; }, &Info::UsedShortCount),
-    Kind<int, Manage::NewIntArray, Manage::NewIntArrayValue, Manage::FreeIntArray>(
-        'i', [] { return Manage::GetCapacityInt() * 4; }, &Info::UsedIntCount),
-    Kind<int, Manage::NewBitArray, Manage::NewBitArrayValue, Manage::FreeBitArray>(
-        'b', [] { return Manage::GetCapacity() / 8; }, &Info::UsedBitCount),
-    {'r', Manage::GetSegmentSize, nullptr, Manage::NewSegment, nullptr, Manage::FreeSegment},
-};
-
-const Storage& KindOf(char letter) {
-    return *std::find_if(Kinds, std::end(Kinds), [&](const Storage& kind) { return kind.Letter == letter; });
-}
-
-Info Statistics() {
-    Info info{};
-    Manage::GetStatisticsInfo(info);
-    return info;
-}
+using Info = MemoryStatisticsInfo;
 
 constexpr const char* AtOnce = "Out of memory!";
 constexpr const char* InTheEnd = "Out of memory.";
 constexpr const char* Nothing = "nothing thrown";
-
-/// Expects `Exception*` of a return of `p` that leaves the pool alone.
-template <class Exception>
-void ExpectRefusal(const Storage& kind, void* p) {
-    const Info before = Statistics();
-    const bool isRepeat = std::is_same_v<Exception, RepeatFreeException>;
-    EXPECT_EQ(MessageOf<Exception>([&] { kind.Return(p); }),
-              isRepeat ? "Repeat free memory." : "It is a invaild memory.");
-    const Info after = Statistics();
-    EXPECT_EQ(std::memcmp(&before, &after, sizeof before), 0);
-    EXPECT_EQ(FindPoolFault(), "");
-}
 
 /// "segment.block.packet", segments in order of creation.
 std::string PlaceOf(void* p, const Storage& kind) {
@@ -134,92 +79,13 @@ TEST(Pool, PlacesPacketsByTheListRules) {
     }
 }
 
-/// Takes and returns at random and keeps, as a plain list, what the pool should know.
-class Traffic {
-public:
-    explicit Traffic(int seed) : random_(static_cast<unsigned>(seed)) {}
-    ~Traffic() { Manage::ReleaseAll(); }
-
-    void Step() {
-        const int draw = Draw(100);
-        if (draw < 52) Take();
-        if (draw >= 52 && draw < 98 && !held_.empty()) Return();
-        if (draw == 98) ExpectRefusal<InvalidMemoryException>(Kinds[Draw(5)], &random_);
-        if (draw == 99) Shrink();
-    }
-
-    void ExpectAgreement() {
-        EXPECT_EQ(FindPoolFault(), "");
-        const Info info = Statistics();
-        for (const Storage& kind : Kinds) {
-            const auto isOfKind = [&](const Held& held) { return held.Kind == &kind; };
-            if (kind.UsedCount == nullptr) continue;
-            EXPECT_EQ(info.*kind.UsedCount, std::count_if(held_.begin(), held_.end(), isOfKind));
-        }
-        EXPECT_EQ(info.UseSize, useSize_);
-        EXPECT_EQ(info.NewSize, std::int64_t{allocator_.Calls()} * info.SegmentSize);
-    }
-
-private:
-    struct Held {
-        const Storage* Kind;
-        unsigned char* Start;
-        unsigned char Filling;
-    };
-
-    int Draw(int below) { return static_cast<int>(random_() % static_cast<unsigned>(below)); }
-
-    void Take() {
-        const Storage& kind = Kinds[Draw(40) == 0 ? 4 : Draw(4)];
-        std::vector<unsigned char> filled(kind.Bytes(), static_cast<unsigned char>(Draw(256)));
-        const bool copies = kind.TakeCopy != nullptr && Draw(2) == 0;
-        void* start = copies ? kind.TakeCopy(filled.data()) : kind.Take();
-        if (!copies) std::memcpy(start, filled.data(), filled.size());
-        held_.push_back({&kind, static_cast<unsigned char*>(start), filled[0]});
-        useSize_ += kind.Bytes();
-    }
-
-    /// Through any address inside; its contents are untouched by other packets, a second return is refused.
-    void Return() {
-        std::swap(held_[static_cast<std::size_t>(Draw(static_cast<int>(held_.size())))], held_.back());
-        const auto [kind, start, filling] = held_.back();
-        held_.pop_back();
-        EXPECT_EQ(std::count(start, start + kind->Bytes(), filling), kind->Bytes());
-        void* inside = start + Draw(kind->Bytes());
-        kind->Return(inside);
-        useSize_ -= kind->Bytes();
-        ExpectRefusal<RepeatFreeException>(*kind, inside);
-    }
-
-    /// The counter falls by the segments that went. What lay in a kept segment counts as returned, the rest
-    /// as foreign.
-    void Shrink() {
-        const int before = Statistics().SegmentCount;
-        Manage::ReleaseToInit();
-        const Info info = Statistics();
-        EXPECT_EQ(info.SegmentCount, std::min(before, info.InitCount));
-        EXPECT_EQ(info.FreeCount, info.SegmentCount);
-        useSize_ -= std::int64_t{before - info.SegmentCount} * info.SegmentSize;
-        for (const Held& held : held_) {
-            const bool isKept = ThePool().AddressIndex.FindIndex(held.Start) >= 0;
-            if (isKept) ExpectRefusal<RepeatFreeException>(*held.Kind, held.Start);
-            if (!isKept) ExpectRefusal<InvalidMemoryException>(*held.Kind, held.Start);
-        }
-        held_.clear();
-    }
-
-    std::mt19937 random_;
-    std::vector<Held> held_;
-    std::int64_t useSize_ = 0;
-    FailingAllocator allocator_{std::numeric_limits<int>::max()};
-};
-
 TEST(Pool, AgreesWithAPlainListUnderRandomTraffic) {
     const int cases[][3] = {{64, 4, 2}, {32, 32, 0}, {128, 1, 3}, {4096, 3, 1}};
     for (const auto& [capacity, blocks, initCount] : cases) {
         const SmallPool pool(capacity, blocks);
         const Info info = Statistics();
-        Traffic traffic(capacity);
+        std::mt19937 random(static_cast<unsigned>(capacity));
+        Traffic traffic([&](int below) { return static_cast<int>(random() % static_cast<unsigned>(below)); });
         Manage::InitMemoryManage(info.SegmentSize, blocks, initCount, capacity, info.CapacityInt);
         for (int i = 0; i < 1500 && !::testing::Test::HasFailure(); ++i) {
             traffic.Step();

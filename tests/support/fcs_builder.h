@@ -43,8 +43,9 @@ public:
     std::string version = "FCS3.1";
     char delimiter = '/';
     std::string data;
-    std::string textEnd;       ///< stands behind the last value and its delimiter
-    std::string behindData;    ///< follows the DATA segment
+    std::string textEnd;     ///< stands behind the last value and its delimiter
+    std::string behindData;  ///< follows the DATA segment
+    std::size_t dataBegin = DataBegin;
     bool placesInText = true;  ///< whether TEXT has $BEGINDATA and $ENDDATA
     /// Fields of HEADER to write instead of the right ones, by position; empty for the right one.
     std::array<std::string, 6> header;
@@ -94,14 +95,14 @@ public:
         text += textEnd;
         std::string file = version + "    ";
         const std::array<std::size_t, 6> places = {
-            TextBegin, TextBegin + text.size() - 1, DataBegin, DataBegin + data.size() - 1, 0, 0};
+            TextBegin, TextBegin + text.size() - 1, dataBegin, dataBegin + data.size() - 1, 0, 0};
         for (std::size_t i = 0; i < places.size(); ++i) {
             char field[32];
             std::snprintf(field, sizeof field, "%8zu", places[i]);
             file += header[i].empty() ? field : header[i];
         }
         file += text;
-        file.resize(std::max(DataBegin, file.size()), ' ');
+        file.resize(std::max(dataBegin, file.size()), ' ');
         return file + data + behindData;
     }
 
@@ -111,8 +112,8 @@ private:
     std::vector<std::pair<std::string, std::string>> AllKeywords() const {
         auto all = keywords_;
         if (placesInText) {
-            all.emplace_back("$BEGINDATA", std::to_string(DataBegin));
-            all.emplace_back("$ENDDATA", std::to_string(DataBegin + data.size() - 1));
+            all.emplace_back("$BEGINDATA", std::to_string(dataBegin));
+            all.emplace_back("$ENDDATA", std::to_string(dataBegin + data.size() - 1));
         }
         return all;
     }
