@@ -29,15 +29,6 @@ std::size_t SequenceLength(std::string_view bytes) {
     return overlong || surrogate || beyond ? 0 : length;
 }
 
-bool IsUtf8(std::string_view bytes) {
-    while (!bytes.empty()) {
-        const std::size_t length = SequenceLength(bytes);
-        if (length == 0) return false;
-        bytes.remove_prefix(length);
-    }
-    return true;
-}
-
 void AppendLatin1(std::string& text, char c) {
     const auto byte = static_cast<unsigned char>(c);
     if (byte < 0x80) {
@@ -58,6 +49,15 @@ int ControlCharacter(std::string_view utf8) {
 }
 
 }  // namespace
+
+bool IsUtf8(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const std::size_t length = SequenceLength(bytes);
+        if (length == 0) return false;
+        bytes.remove_prefix(length);
+    }
+    return true;
+}
 
 std::string ToUtf8(std::string_view bytes) {
     if (IsUtf8(bytes)) return std::string(bytes);

@@ -8,6 +8,9 @@
 
 namespace Host {
 
+/// Whether `bytes` are well-formed UTF-8.
+bool IsUtf8(std::string_view bytes);
+
 /// `bytes` as UTF-8: unchanged when they are valid UTF-8, otherwise read as Latin-1.
 std::string ToUtf8(std::string_view bytes);
 

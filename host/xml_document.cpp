@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "display.h"
 #include "input_file.h"
 #include "numbers.h"
 
@@ -21,6 +22,30 @@ std::optional<std::string> FindAttribute(pugi::xml_node node, std::string_view n
     }
     return std::nullopt;
 }
+
+/// Refuses text that is not UTF-8 once the document's encoding is undone: wrong bytes, and references to
+/// characters that there are not. The parser lets both through.
+class UnicodeCheck : public pugi::xml_tree_walker {
+public:
+    explicit UnicodeCheck(const XmlDocument& document) : document_(document) {}
+
+    bool for_each(pugi::xml_node& node) override {
+        Check(node, node.name());
+        Check(node, node.value());
+        for (const pugi::xml_attribute attribute : node.attributes()) {
+            Check(node, attribute.name());
+            Check(node, attribute.value());
+        }
+        return true;
+    }
+
+private:
+    void Check(pugi::xml_node node, std::string_view text) const {
+        if (!IsUtf8(text)) Refuse(document_.Line(node.offset_debug()), text, "text in UTF-8");
+    }
+
+    const XmlDocument& document_;
+};
 
 }  // namespace
 
@@ -125,6 +150,8 @@ XmlDocument::XmlDocument(const std::string& path) : path_(path) {
         Host::Refuse(Line(result.offset), text_.substr(offset),
                      std::string("well-formed XML (") + result.description() + ")");
     }
+    UnicodeCheck check(*this);
+    document_.traverse(check);
 }
 
 std::string XmlDocument::Line(std::ptrdiff_t offset) const {

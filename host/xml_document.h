@@ -61,7 +61,7 @@ private:
 /// A whole document in memory.
 class XmlDocument {
 public:
-    /// Throws Refusal when the file cannot be read or is not well-formed.
+    /// Throws Refusal when the file cannot be read, is not well-formed or holds text that is not UTF-8.
     explicit XmlDocument(const std::string& path);
     XmlDocument(const XmlDocument&) = delete;
     XmlDocument& operator=(const XmlDocument&) = delete;
