@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need, and only those that are missing.
-# Usage: scripts/setup.sh [--lint] [--browser] [--windows] [--docs] [--packages]
+# Usage: scripts/setup.sh [--lint] [--browser] [--windows] [--docs] [--packages] [--fuzz]
 #   --lint      adds the formatter and the linter
 #   --browser   adds a browser for its test
 #   --windows   adds the cross-compiler, Wine and the sources of GoogleTest
 #   --docs      adds what makes the reference of the headers
 #   --packages  adds what makes Debian packages
+#   --fuzz      adds the compiler that has a fuzzer
 set -euo pipefail
 
 packages=(g++ cmake ninja-build pkg-config libgtest-dev libbenchmark-dev libcli11-dev nlohmann-json3-dev
@@ -13,6 +14,7 @@ packages=(g++ cmake ninja-build pkg-config libgtest-dev libbenchmark-dev libcli1
 for option in "$@"; do
     case $option in
         --lint) packages+=(clang-format clang-tidy clang) ;;
+        --fuzz) packages+=(clang libclang-rt-dev) ;;
         --browser) packages+=(chromium python3) ;;
         --windows) packages+=(g++-mingw-w64-x86-64-posix wine wine64 googletest) ;;
         --docs) packages+=(doxygen) ;;

@@ -1,0 +1,129 @@
+// The pool in long use: four threads take and return at random; at intervals they stop and it is recounted.
+// Usage: pool_soak [STEPS]   (100000000 takes and returns unless said)
+#include <array>
+#include <barrier>
+#include <cstdint>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "memory/pool_checker.h"
+#include "tests/support/pool_traffic.h"
+
+namespace {
+
+using namespace Orvane;
+using Testing::Kinds;
+using Testing::Storage;
+
+constexpr int Threads = 4;
+constexpr int Intervals = 100;
+
+/// Bytes of the process in memory, where the system tells.
+std::int64_t ResidentBytes() {
+    std::ifstream stream("/proc/self/status");
+    for (std::string word; stream >> word;) {
+        std::int64_t kilobytes = 0;
+        if (word == "VmRSS:" && stream >> kilobytes) return kilobytes * 1024;
+    }
+    return 0;
+}
+
+[[noreturn]] void Fail(const std::string& fault) {
+    std::cerr << "pool_soak: " << fault << std::endl;
+    std::abort();
+}
+
+/// What one thread holds: at first as much as it ever will, so that what the process needs shows at once. A
+/// packet bears its thread's mark at both ends.
+class Worker {
+public:
+    explicit Worker(unsigned char mark) : mark_(mark), random_(mark) {
+        for (std::size_t i = 0; i < held_.size(); ++i)
+            held_[i].Kind = &Kinds[i == 0 ? 4 : i % 4];
+        for (Held& held : held_)
+            Take(held);
+    }
+    Worker(const Worker&) = delete;
+    Worker& operator=(const Worker&) = delete;
+    ~Worker() {
+        for (Held& held : held_)
+            if (held.Start != nullptr) Return(held);
+    }
+
+    void Step() {
+        Held& held = held_[random_() % held_.size()];
+        if (held.Start == nullptr) {
+            Take(held);
+        } else {
+            Return(held);
+        }
+    }
+
+private:
+    struct Held {
+        const Storage* Kind = nullptr;
+        unsigned char* Start = nullptr;
+    };
+
+    void Take(Held& held) {
+        held.Start = static_cast<unsigned char*>(held.Kind->Take());
+        held.Start[0] = held.Start[held.Kind->Bytes() - 1] = mark_;
+    }
+
+    void Return(Held& held) {
+        if (held.Start[0] != mark_ || held.Start[held.Kind->Bytes() - 1] != mark_)
+            Fail("a packet was handed out twice");
+        held.Kind->Return(held.Start);
+        held.Start = nullptr;
+    }
+
+    unsigned char mark_;
+    std::mt19937 random_;
+    std::array<Held, 64> held_{};
+};
+
+/// Runs with every thread waiting.
+class Intermission {
+public:
+    void operator()() noexcept {
+        const std::string fault = FindPoolFault();
+        if (!fault.empty()) Fail(fault);
+        if (CountBytesHandedOut() != MemoryManage::GetUseSize()) Fail("bytes handed out are miscounted");
+        if (count_++ == 0) sizeAtFirst_ = MemoryManage::GetNewSize();
+        if (MemoryManage::GetNewSize() > 2 * sizeAtFirst_) Fail("the pool keeps growing");
+        if (count_ % (Intervals / 10) == 0) {
+            std::cout << count_ << " %: " << (ResidentBytes() >> 10) << " KiB resident, "
+                      << (MemoryManage::GetNewSize() >> 20) << " MiB of segments" << std::endl;
+        }
+    }
+
+private:
+    int count_ = 0;
+    std::int64_t sizeAtFirst_ = 0;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const std::int64_t steps = argc > 1 ? std::atoll(argv[1]) : 100'000'000;
+    std::barrier intermission(Threads, Intermission());
+    const auto work = [&](unsigned char mark) {
+        Worker worker(mark);
+        for (int interval = 0; interval < Intervals; ++interval) {
+            for (std::int64_t i = 0; i < steps / Intervals / Threads; ++i)
+                worker.Step();
+            intermission.arrive_and_wait();
+        }
+    };
+    std::vector<std::thread> threads;
+    for (unsigned char mark = 1; mark <= Threads; ++mark)
+        threads.emplace_back(work, mark);
+    for (std::thread& thread : threads)
+        thread.join();
+    if (MemoryManage::GetUseSize() != 0 || CountBytesHandedOut() != 0) Fail("something is still handed out");
+}
