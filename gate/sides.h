@@ -1,6 +1,7 @@
 // On which sides of two bounds 32 values lie, as two words. The primitive of every gate kernel.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "foundation/intrinsics.h"
@@ -53,7 +54,7 @@ ORVANE_KERNEL_INLINE Sides SidesBaseline(const float* values, Bounds<Kind> bound
     for (int i = 0; i < 32; i += 16) {
         __m128 atMost[4];
         __m128 beyond[4];
-        for (int part = 0; part < 4; ++part) {
+        for (std::ptrdiff_t part = 0; part < 4; ++part) {
             const __m128 lanes = _mm_loadu_ps(values + i + 4 * part);
             atMost[part] = _mm_cmple_ps(lanes, high);
             beyond[part] = Kind == Lower::Closed ? _mm_cmpge_ps(lanes, low) : _mm_cmpgt_ps(lanes, low);
