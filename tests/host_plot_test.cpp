@@ -83,8 +83,8 @@ Size SizeOf(const std::string& png) {
 std::vector<std::uint32_t> PixelsOf(const std::string& path) {
     cairo_surface_t* picture = cairo_image_surface_create_from_png(path.c_str());
     const auto* first = reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(picture));
-    std::vector<std::uint32_t> pixels(
-        first, first + cairo_image_surface_get_width(picture) * cairo_image_surface_get_height(picture));
+    const std::ptrdiff_t width = cairo_image_surface_get_width(picture);
+    std::vector<std::uint32_t> pixels(first, first + width * cairo_image_surface_get_height(picture));
     cairo_surface_destroy(picture);
     for (std::uint32_t& pixel : pixels)
         pixel &= 0xFFFFFFU;

@@ -33,7 +33,10 @@ struct Grid {
     int Width, Height, Length;
     Cells All = Cells(static_cast<std::size_t>(Length * Height), 77);
 
-    int& At(int x, int y) { return All[static_cast<std::size_t>(y * Length + x)]; }
+    int& At(int x, int y) {
+        return All[static_cast<std::size_t>(y) * static_cast<std::size_t>(Length) +
+                   static_cast<std::size_t>(x)];
+    }
 
     void SetEdgeDataZero() {
         for (int y = 0; y < Height; ++y)
