@@ -15,6 +15,7 @@
 #include <orvane/OVPlotViewDensity.h>
 
 #include "bench/axes.h"
+#include "bench/raster.h"
 #include "bench/support.h"
 #include "plot/count_kernels.h"
 
@@ -73,18 +74,6 @@ Sample& TheSample() {
     static Sample sample(IsLog);
     return sample;
 }
-
-struct Raster : OVBitmapData {
-    Raster() : Cells(std::size_t{Size} * Size) {
-        Width = Height = Size;
-        Stride = 4 * Size;
-        Bits = Cells.data();
-    }
-    Raster(const Raster&) = delete;
-    Raster& operator=(const Raster&) = delete;
-
-    std::vector<int> Cells;
-};
 
 /// Calls `act(column, row)` for every event of the sample.
 template <bool IsLog, class Act>
@@ -179,7 +168,7 @@ struct Plot {
 using Work = std::function<void(Raster&)>;
 
 void Time(benchmark::State& state, const Work& work) {
-    Raster raster;
+    Raster raster(Size);
     for (auto _ : state) {
         work(raster);
         benchmark::ClobberMemory();
@@ -190,8 +179,8 @@ void Time(benchmark::State& state, const Work& work) {
 void RegisterWork(const std::string& group, const Work& plain, const Work& fast) {
     Register(group, "plain", [=](benchmark::State& state) { Time(state, plain); });
     RegisterForEachInstructionSet(group, [=](benchmark::State& state) {
-        Raster expected;
-        Raster raster;
+        Raster expected(Size);
+        Raster raster(Size);
         plain(expected);
         fast(raster);
         if (raster.Cells != expected.Cells) return state.SkipWithError("differs from the plain form");
@@ -222,7 +211,7 @@ void Bin2DPlainly(Raster& bins) {
 template <bool IsLog>
 void RegisterViews(const std::string& scale) {
     const auto plot = std::make_shared<Plot>(IsLog, TheSample<IsLog>());
-    const auto counts = std::make_shared<Raster>();
+    const auto counts = std::make_shared<Raster>(Size);
     RegisterWork("Density" + scale, CountPlainly<IsLog>, [=](Raster& raster) { plot->Count(raster); });
     RegisterWork(
         "DensityRedraw" + scale,

@@ -13,6 +13,7 @@
 #include <orvane/OVCoordinateTransformerY.h>
 #include <orvane/OVPlotViewDot.h>
 
+#include "bench/raster.h"
 #include "bench/support.h"
 
 namespace Orvane::Bench {
@@ -92,18 +93,6 @@ Sample& TheSample() {
     return sample;
 }
 
-struct Raster : OVBitmapData {
-    Raster() : Cells(Size * Size) {
-        Width = Height = Size;
-        Stride = 4 * Size;
-        Bits = Cells.data();
-    }
-    Raster(const Raster&) = delete;
-    Raster& operator=(const Raster&) = delete;
-
-    std::vector<int> Cells;
-};
-
 /// Clamped linear axes as a plain loop sees them, constant parts hoisted.
 unsigned PlainColumn(double v) {
     constexpr double Scale = Size / (WorldMax - WorldMin);
@@ -155,7 +144,7 @@ struct DotPlot {
 
 template <class Draw>
 void TimeDrawing(benchmark::State& state, Draw draw) {
-    Raster raster;
+    Raster raster(Size);
     for (auto _ : state) {
         draw(raster);
         benchmark::ClobberMemory();
@@ -168,8 +157,8 @@ void RegisterDotPlot(const std::string& group, bool hasPopulation) {
     Register(group, "plain", [=](benchmark::State& state) { TimeDrawing(state, plain); });
     RegisterForEachInstructionSet(group, [=](benchmark::State& state) {
         DotPlot plot(hasPopulation);
-        Raster expected;
-        Raster drawn;
+        Raster expected(Size);
+        Raster drawn(Size);
         plain(expected);
         plot.Draw(drawn);
         if (drawn.Cells != expected.Cells) return state.SkipWithError("differs from the plain form");
@@ -192,7 +181,7 @@ const std::vector<int>& TheCounts() {
 /// What `work` makes of a raster of counts.
 template <class Work>
 std::vector<int> CellsAfter(Work work) {
-    Raster raster;
+    Raster raster(Size);
     std::copy(TheCounts().begin(), TheCounts().end(), raster.Bits);
     work(raster);
     return raster.Cells;
@@ -202,7 +191,7 @@ std::vector<int> CellsAfter(Work work) {
 template <class Work>
 void TimeOnCounts(benchmark::State& state, Work work) {
     const std::vector<int>& counts = TheCounts();
-    Raster raster;
+    Raster raster(Size);
     for (auto _ : state) {
         std::copy(counts.begin(), counts.end(), raster.Bits);
         work(raster);
