@@ -2,7 +2,7 @@
 file(READ ${INPUT} text)
 get_filename_component(input_name ${INPUT} NAME)
 file(WRITE ${OUTPUT} "// Made from ${input_name}.
-#include \"report_resources.h\"
+#include \"report/report_resources.h\"
 
 namespace Host {
 

@@ -6,7 +6,7 @@
 #include "fuzz/host_support.h"
 #include "fuzz/input.h"
 #include "fuzz/target.h"
-#include "host/population_statistics.h"
+#include "host/statistics/population_statistics.h"
 
 namespace {
 

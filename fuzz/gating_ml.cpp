@@ -4,7 +4,7 @@
 #include "fuzz/host_support.h"
 #include "fuzz/input.h"
 #include "fuzz/target.h"
-#include "host/population_statistics.h"
+#include "host/statistics/population_statistics.h"
 #include "tests/support/fcs_builder.h"
 
 namespace {

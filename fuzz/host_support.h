@@ -9,7 +9,7 @@
 
 #include <orvane/MemoryManage.h>
 
-#include "host/findings.h"
+#include "host/files/findings.h"
 
 namespace Fuzz {
 

@@ -9,7 +9,7 @@
 #include "fuzz/host_support.h"
 #include "fuzz/input.h"
 #include "fuzz/target.h"
-#include "host/compensation.h"
+#include "host/gating/compensation.h"
 
 namespace {
 

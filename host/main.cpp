@@ -9,18 +9,18 @@
 #include <system_error>
 #include <vector>
 
-#include "acquire_command.h"
-#include "command_line.h"
-#include "convert_command.h"
-#include "gate_command.h"
-#include "info_command.h"
-#include "numbers.h"
-#include "output.h"
-#include "output_file.h"
-#include "parallel.h"
-#include "plot_command.h"
-#include "report_command.h"
-#include "stats_command.h"
+#include "commands/acquire_command.h"
+#include "commands/command_line.h"
+#include "commands/convert_command.h"
+#include "commands/gate_command.h"
+#include "commands/info_command.h"
+#include "commands/plot_command.h"
+#include "commands/report_command.h"
+#include "commands/stats_command.h"
+#include "files/output.h"
+#include "files/output_file.h"
+#include "files/parallel.h"
+#include "text/numbers.h"
 
 namespace {
 

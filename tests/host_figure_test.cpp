@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "host/figure_axes.h"
+#include "host/picture/figure_axes.h"
 
 namespace {
 

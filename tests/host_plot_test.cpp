@@ -8,10 +8,10 @@
 #include <random>
 #include <set>
 
-#include "host/contour_lines.h"
-#include "host/gate_outlines.h"
-#include "host/plot_axes.h"
-#include "host/plot_canvas.h"
+#include "host/plots/contour_lines.h"
+#include "host/plots/gate_outlines.h"
+#include "host/plots/plot_axes.h"
+#include "host/plots/plot_canvas.h"
 #include "support/host_program.h"
 #include "support/pool.h"
 #include "support/population.h"

@@ -6,8 +6,8 @@
 
 #include <cstdio>
 
-#include "host/findings.h"
-#include "host/input_file.h"
+#include "host/files/findings.h"
+#include "host/files/input_file.h"
 #include "support/host_program.h"
 
 namespace Orvane::Testing {
