@@ -12,28 +12,48 @@
 #include <vector>
 
 #include <orvane/OVFCSPara.h>
+#include <orvane/OVFCSWriteRead.h>
 #include <orvane/Sections.h>
 
 #include "foundation/convert.h"
 
 namespace Orvane::Testing {
 
-inline constexpr int Guard = 32;
-inline constexpr unsigned char GuardByte = 0xA5;
-inline constexpr float GuardCell = -1.25e-17F;
+/// Cells between guard cells, the first of them `shift` cells behind a cache line.
+template <class Cell>
+class Guarded {
+public:
+    Guarded(std::ptrdiff_t count, Cell guard, int shift)
+        : count_(count), guard_(guard), storage_(static_cast<std::size_t>(count + 192), guard) {
+        Begin = storage_.data() + 64;
+        Begin += (64 - reinterpret_cast<std::uintptr_t>(Begin) % 64) % 64 / sizeof(Cell);
+        Begin += shift;
+    }
 
-/// Columns between guard cells; where each begins relative to a cache line is chosen by the caller.
+    /// Whether nothing was written outside.
+    bool IsIntact() const {
+        const auto begin = storage_.begin() + (Begin - storage_.data());
+        return std::count(storage_.begin(), begin, guard_) == begin - storage_.begin() &&
+               std::count(begin + count_, storage_.end(), guard_) == storage_.end() - begin - count_;
+    }
+
+    Cell* Begin;
+
+private:
+    std::ptrdiff_t count_;
+    Cell guard_;
+    std::vector<Cell> storage_;
+};
+
+/// Columns between guards; where each begins relative to a cache line is chosen by the caller.
 class Columns {
 public:
     enum Place { OnLines, FourBehind, AllDifferent };
 
-    Columns(int parCount, int events, Place place) : storage_(static_cast<std::size_t>(parCount)) {
+    Columns(int parCount, int events, Place place) {
         for (int p = 0; p < parCount; ++p) {
-            auto& column = storage_[static_cast<std::size_t>(p)];
-            column.assign(static_cast<std::size_t>(events) + std::size_t{2} * Guard, GuardCell);
-            const auto toLine = (64 - reinterpret_cast<std::uintptr_t>(column.data()) % 64) / 4;
-            const int shift = place == OnLines ? 0 : place == FourBehind ? 4 : p % 5;
-            table_.push_back(column.data() + toLine + shift);
+            storage_.emplace_back(events, -1.25e-17F, place == OnLines ? 0 : place == FourBehind ? 4 : p % 5);
+            table_.push_back(storage_.back().Begin);
         }
         Events.Signals = table_.data();
         Events.SignalCount = parCount;
@@ -42,54 +62,34 @@ public:
 
     float& At(int p, int e) { return table_[static_cast<std::size_t>(p)][e]; }
 
-    /// Whether nothing was written outside the first `events` cells.
-    bool IsIntact(int events) const {
-        const auto isGuard = [](float cell) { return cell == GuardCell; };
-        for (std::size_t p = 0; p < storage_.size(); ++p) {
-            const float* end = storage_[p].data() + storage_[p].size();
-            if (!std::all_of(storage_[p].data(), static_cast<const float*>(table_[p]), isGuard)) return false;
-            if (!std::all_of(static_cast<const float*>(table_[p]) + events, end, isGuard)) return false;
-        }
-        return true;
-    }
+    bool IsIntact() const { return std::ranges::all_of(storage_, &Guarded<float>::IsIntact); }
 
     EventSection Events;
 
 private:
-    std::vector<std::vector<float>> storage_;
+    std::vector<Guarded<float>> storage_;
     std::vector<float*> table_;
 };
 
-/// Segments of given lengths in bytes, at odd addresses between guard bytes.
+/// Segments of given lengths in bytes, at odd addresses between guards.
 class Segments {
 public:
-    explicit Segments(const std::vector<int>& lengths) {
-        for (const int length : lengths) {
-            storage_.emplace_back(static_cast<std::size_t>(length) + std::size_t{2} * Guard + 1, GuardByte);
-        }
+    explicit Segments(const std::vector<int>& lengths) : sections_(lengths.size()) {
         for (std::size_t i = 0; i < lengths.size(); ++i) {
-            sections_.push_back({});
-            sections_.back().Data = storage_[i].data() + Guard + 1;
-            sections_.back().Count = lengths[i];
+            sections_[i].Data = storage_.emplace_back(lengths[i], 0xA5, 1).Begin;
+            sections_[i].Count = lengths[i];
+            Pointers.push_back(&sections_[i]);
         }
-        for (SegmentSection& section : sections_)
-            Pointers.push_back(&section);
     }
 
-    unsigned char* Raw(std::size_t segment) { return storage_[segment].data() + Guard + 1; }
+    unsigned char* Raw(std::size_t segment) { return storage_[segment].Begin; }
 
-    bool IsIntact() const {
-        const auto isGuard = [](unsigned char byte) { return byte == GuardByte; };
-        return std::all_of(storage_.begin(), storage_.end(), [&](const std::vector<unsigned char>& bytes) {
-            return std::all_of(bytes.begin(), bytes.begin() + Guard + 1, isGuard) &&
-                   std::all_of(bytes.end() - Guard, bytes.end(), isGuard);
-        });
-    }
+    bool IsIntact() const { return std::ranges::all_of(storage_, &Guarded<unsigned char>::IsIntact); }
 
     std::vector<SegmentSection*> Pointers;
 
 private:
-    std::vector<std::vector<unsigned char>> storage_;
+    std::vector<Guarded<unsigned char>> storage_;
     std::vector<SegmentSection> sections_;
 };
 
@@ -102,6 +102,15 @@ struct Layout {
     int BitWidth;
     Scales Kind;
 };
+
+inline constexpr Layout Layouts[] = {
+    {"Int16", 1, 2, 16, Ones},           {"Int16Inexact", 1, 2, 16, Inexact},
+    {"Int16Log", 1, 2, 16, Logarithmic}, {"Int16Awkward", 1, 2, 16, Awkward},
+    {"Int32", 1, 4, 32, Ones},           {"Int32Of10Bits", 1, 4, 10, Inexact},
+    {"Int32Log", 1, 4, 32, Logarithmic}, {"Int32Awkward", 1, 4, 32, Awkward},
+    {"Float", 2, 4, 32, Unscaled},       {"FloatWithGaps", 2, 6, 32, Unscaled},
+    {"Double", 3, 8, 64, Unscaled},      {"Ascii", 4, 5, 0, Inexact},
+    {"AsciiLog", 4, 3, 0, Logarithmic}};
 
 /// Frees the table at the end of the scope.
 struct Para : OVFCSPara {
@@ -132,6 +141,12 @@ struct Para : OVFCSPara {
         IntParFormat->LogScale[p] = 2.0;
         const double ranges[] = {1024, 262144, 33554432, 4294967296.0, 10.5, 65536, 0, NAN, 1e19};
         IntParFormat->Range[p] = ranges[p % 9];
+    }
+
+    /// From decades per channel, for reading, to channels per decade.
+    void InvertLogScales() {
+        for (int p = 0; p < ParCount; ++p)
+            if (IntParFormat->IsLog[p]) IntParFormat->Scale[p] = 1 / IntParFormat->Scale[p];
     }
 };
 
@@ -182,38 +197,54 @@ inline std::uint64_t PlainWrite(float value, const OVFCSPara& para, int p) {
     return std::bit_cast<std::uint64_t>(static_cast<double>(value));
 }
 
-/// Expects what the plain reader makes of the segments.
-inline void ExpectPlainColumns(Columns& columns, Segments& segments, const Para& para) {
+/// Reads the segments: the columns hold what the plain reader makes of them, and nothing else was written.
+inline void ExpectPlainReading(Columns& columns, Segments& segments, Para& para) {
+    const int eventBytes = para.ByteWidth * para.ParCount;
+    OVFCSWriteRead().ReadFCSData(columns.Events, segments.Pointers, para);
+    int e = 0;
     for (std::size_t s = 0; s < segments.Pointers.size(); ++s) {
         const unsigned char* raw = segments.Raw(s);
-        for (int e = segments.Pointers[s]->Tag1; e < segments.Pointers[s]->Tag2; ++e) {
-            for (int p = 0; p < para.ParCount; ++p) {
+        for (const int end = e + segments.Pointers[s]->Count / eventBytes; e < end; ++e) {
+            for (int p = 0; p < para.ParCount; ++p, raw += para.ByteWidth) {
                 const float expected = PlainRead(raw, para, p);
                 ASSERT_EQ(std::bit_cast<std::uint32_t>(columns.At(p, e)),
                           std::bit_cast<std::uint32_t>(expected))
                     << "parameter " << p << " event " << e << ": " << columns.At(p, e) << ", not "
                     << expected;
-                raw += para.DataType == 1 ? WordBytes(para) : para.ByteWidth;
             }
         }
     }
+    ASSERT_EQ(columns.Events.Count, e);
+    ASSERT_TRUE(columns.IsIntact());
 }
 
-/// Expects what the plain writer makes of the columns.
-inline void ExpectPlainBytes(Columns& columns, Segments& segments, const Para& para) {
-    for (std::size_t s = 0; s < segments.Pointers.size(); ++s) {
-        const SegmentSection& segment = *segments.Pointers[s];
-        const int bytes = WordBytes(para);
-        const std::uint64_t mask = bytes == 8 ? ~std::uint64_t{0} : (std::uint64_t{1} << 8 * bytes) - 1;
-        ASSERT_EQ(segment.Count, (segment.Tag2 - segment.Tag1) * para.ByteWidth * para.ParCount);
+/// Writes the columns to as many segments: each holds its share as the plain writer makes it, the last one
+/// the rest too, and nothing else was written.
+inline void ExpectPlainWriting(Columns& columns, int segmentCount, Para& para) {
+    const int eventBytes = para.ByteWidth * para.ParCount;
+    const int share = columns.Events.Count / segmentCount * eventBytes;
+    std::vector<int> lengths(static_cast<std::size_t>(segmentCount), share);
+    lengths.back() = columns.Events.Count * eventBytes - (segmentCount - 1) * share;
+    Segments segments(lengths);
+    for (SegmentSection* segment : segments.Pointers)
+        segment->Count = -1;
+    OVFCSWriteRead().WriteFCSData(segments.Pointers, columns.Events, para);
+    const int bytes = WordBytes(para);
+    const std::uint64_t mask = bytes == 8 ? ~std::uint64_t{0} : (std::uint64_t{1} << 8 * bytes) - 1;
+    int e = 0;
+    for (std::size_t s = 0; s < lengths.size(); ++s) {
+        ASSERT_EQ(segments.Pointers[s]->Count, lengths[s]);
+        ASSERT_EQ(segments.Pointers[s]->Tag1, e);
         const unsigned char* raw = segments.Raw(s);
-        for (int e = segment.Tag1; e < segment.Tag2; ++e) {
+        for (const int end = e + lengths[s] / eventBytes; e < end; ++e) {
             for (int p = 0; p < para.ParCount; ++p, raw += para.ByteWidth) {
                 ASSERT_EQ(WordAt(raw, bytes, para.LittleEndian), PlainWrite(columns.At(p, e), para, p) & mask)
                     << "parameter " << p << " event " << e << ": " << columns.At(p, e);
             }
         }
+        ASSERT_EQ(segments.Pointers[s]->Tag2, e);
     }
+    ASSERT_TRUE(segments.IsIntact());
 }
 
 }  // namespace Orvane::Testing
