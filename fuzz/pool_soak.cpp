@@ -4,15 +4,15 @@
 #include <barrier>
 #include <cstdint>
 #include <cstdlib>
-#include <fstream>
 #include <iostream>
 #include <random>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "memory/pool_checker.h"
-#include "tests/support/pool_traffic.h"
+#include "tests/support/pool_kinds.h"
 
 namespace {
 
@@ -22,16 +22,6 @@ using Testing::Storage;
 
 constexpr int Threads = 4;
 constexpr int Intervals = 100;
-
-/// Bytes of the process in memory, where the system tells.
-std::int64_t ResidentBytes() {
-    std::ifstream stream("/proc/self/status");
-    for (std::string word; stream >> word;) {
-        std::int64_t kilobytes = 0;
-        if (word == "VmRSS:" && stream >> kilobytes) return kilobytes * 1024;
-    }
-    return 0;
-}
 
 [[noreturn]] void Fail(const std::string& fault) {
     std::cerr << "pool_soak: " << fault << std::endl;
@@ -43,26 +33,19 @@ std::int64_t ResidentBytes() {
 class Worker {
 public:
     explicit Worker(unsigned char mark) : mark_(mark), random_(mark) {
-        for (std::size_t i = 0; i < held_.size(); ++i)
+        for (std::size_t i = 0; i < held_.size(); ++i) {
             held_[i].Kind = &Kinds[i == 0 ? 4 : i % 4];
-        for (Held& held : held_)
-            Take(held);
+            TakeOrReturn(held_[i]);
+        }
     }
     Worker(const Worker&) = delete;
     Worker& operator=(const Worker&) = delete;
     ~Worker() {
         for (Held& held : held_)
-            if (held.Start != nullptr) Return(held);
+            if (held.Start != nullptr) TakeOrReturn(held);
     }
 
-    void Step() {
-        Held& held = held_[random_() % held_.size()];
-        if (held.Start == nullptr) {
-            Take(held);
-        } else {
-            Return(held);
-        }
-    }
+    void Step() { TakeOrReturn(held_[random_() % held_.size()]); }
 
 private:
     struct Held {
@@ -70,16 +53,16 @@ private:
         unsigned char* Start = nullptr;
     };
 
-    void Take(Held& held) {
-        held.Start = static_cast<unsigned char*>(held.Kind->Take());
-        held.Start[0] = held.Start[held.Kind->Bytes() - 1] = mark_;
-    }
-
-    void Return(Held& held) {
-        if (held.Start[0] != mark_ || held.Start[held.Kind->Bytes() - 1] != mark_)
-            Fail("a packet was handed out twice");
-        held.Kind->Return(held.Start);
-        held.Start = nullptr;
+    void TakeOrReturn(Held& held) {
+        const int last = held.Kind->Bytes() - 1;
+        if (held.Start == nullptr) {
+            held.Start = static_cast<unsigned char*>(held.Kind->Take());
+            held.Start[0] = held.Start[last] = mark_;
+        } else {
+            if (held.Start[0] != mark_ || held.Start[last] != mark_) Fail("a packet was handed out twice");
+            held.Kind->Return(std::exchange(held.Start, nullptr));
+        }
+        if (MemoryManage::GetUseSize() < 0) Fail("more came back than was handed out");
     }
 
     unsigned char mark_;
@@ -96,10 +79,8 @@ public:
         if (CountBytesHandedOut() != MemoryManage::GetUseSize()) Fail("bytes handed out are miscounted");
         if (count_++ == 0) sizeAtFirst_ = MemoryManage::GetNewSize();
         if (MemoryManage::GetNewSize() > 2 * sizeAtFirst_) Fail("the pool keeps growing");
-        if (count_ % (Intervals / 10) == 0) {
-            std::cout << count_ << " %: " << (ResidentBytes() >> 10) << " KiB resident, "
-                      << (MemoryManage::GetNewSize() >> 20) << " MiB of segments" << std::endl;
-        }
+        if (count_ % (Intervals / 10) == 0)
+            std::cout << count_ << " %: " << (MemoryManage::GetNewSize() >> 20) << " MiB" << std::endl;
     }
 
 private:

@@ -1,28 +1,27 @@
-// The pool: where packets come from, what is refused, how it grows, its accounting, its log, its threads.
+// The pool: where packets come from, what is refused, how it grows, its log.
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <random>
 #include <sstream>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
 #include "memory/pool.h"
 #include "memory/pool_access.h"
 #include "memory/pooled.h"
-#include "tests/support/pool_traffic.h"
+#include "tests/support/exceptions.h"
+#include "tests/support/pool.h"
+#include "tests/support/pool_kinds.h"
 
 namespace Orvane {
 namespace {
 
 using namespace Testing;
 using Manage = MemoryManage;
-using Info = MemoryStatisticsInfo;
 
 constexpr const char* AtOnce = "Out of memory!";
 constexpr const char* InTheEnd = "Out of memory.";
@@ -76,21 +75,6 @@ TEST(Pool, PlacesPacketsByTheListRules) {
         }
         for (const auto& [kind, packet] : taken)
             if (packet != nullptr) kind->Return(packet);
-    }
-}
-
-TEST(Pool, AgreesWithAPlainListUnderRandomTraffic) {
-    const int cases[][3] = {{64, 4, 2}, {32, 32, 0}, {128, 1, 3}, {4096, 3, 1}};
-    for (const auto& [capacity, blocks, initCount] : cases) {
-        const SmallPool pool(capacity, blocks);
-        const Info info = Statistics();
-        std::mt19937 random(static_cast<unsigned>(capacity));
-        Traffic traffic([&](int below) { return static_cast<int>(random() % static_cast<unsigned>(below)); });
-        Manage::InitMemoryManage(info.SegmentSize, blocks, initCount, capacity, info.CapacityInt);
-        for (int i = 0; i < 1500 && !::testing::Test::HasFailure(); ++i) {
-            traffic.Step();
-            traffic.ExpectAgreement();
-        }
     }
 }
 
@@ -171,31 +155,6 @@ TEST(Pool, SettingUpLeavesOutSegmentsThatTheAllocatorDoesNotHave) {
     Manage::SetCallOutOfMemory(nullptr);
     EXPECT_EQ(Statistics().FreeCount, 2);
     EXPECT_EQ(Manage::GetNewSize(), 2048);
-}
-
-TEST(Pool, ServesEightThreadsAtOnce) {
-    const SmallPool pool;
-    const auto work = [](int filling) {
-        std::pair<const Storage*, unsigned char*> held[24]{};
-        for (int i = 0; i < 3000; ++i) {
-            auto& [kind, packet] = held[i % 24];
-            if (packet != nullptr) {
-                EXPECT_EQ(std::count(packet, packet + kind->Bytes(), filling), kind->Bytes());
-                kind->Return(packet);
-            }
-            kind = &Kinds[i % 5];
-            packet = static_cast<unsigned char*>(kind->Take());
-            std::memset(packet, filling, static_cast<std::size_t>(kind->Bytes()));
-            EXPECT_GT(Manage::GetUseSize(), 0);
-        }
-        for (const auto& [kind, packet] : held)
-            kind->Return(packet);
-    };
-    std::vector<std::thread> threads;
-    for (int filling = 1; filling <= 8; ++filling)
-        threads.emplace_back(work, filling);
-    for (std::thread& thread : threads)
-        thread.join();
 }
 
 /// A static constructor of a host may already use the pool, with the default sizes.
