@@ -1,33 +1,25 @@
 // Histograms of one sample and of several, against counting event by event.
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <numeric>
 #include <string>
 #include <vector>
 
-#include <orvane/orvane.h>
-
 #include "plot/histogram_counting.h"
-#include "tests/support/awkward.h"
 #include "tests/support/instruction_sets.h"
 #include "tests/support/plots.h"
 #include "tests/support/pool.h"
-#include "tests/support/population.h"
 
 namespace Orvane {
 namespace {
 
 using namespace Testing;
 
-enum class Shown { Everything, NullFilters, Population, PopulationFilters, NoFilters };
-
 struct Case {
     int Capacity, Events;
     Shown Form;
     int ShownEvents;
-    /// One letter per gate: b background, n null filters, a digit the number of 8 events that it has.
-    const char* Gates;
+    const char* Gates;  ///< one letter each
     /// 40 of an asinh axis or 65536 of a linear one, which keep all events, or of a linear one off which some
     /// lie.
     int Bins = 40;
@@ -41,13 +33,13 @@ constexpr int Prime = 2477;  // spreads the events of a population
 const Case Cases[] = {
     {480, 4999, Shown::Everything, 4999, "b"},
     {480, 5000, Shown::Everything, 5000, "b"},
-    {480, 4999, Shown::NullFilters, 4999, "43b08n"},
-    {480, 5000, Shown::NullFilters, 5000, "43b08n"},
+    {480, 4999, Shown::EmptyPopulation, 4999, "43b08n"},
+    {480, 5000, Shown::EmptyPopulation, 5000, "43b08n"},
     {480, 7000, Shown::Population, 4999, "n43072b"},
     {480, 7000, Shown::Population, 5000, "n43072b"},
     {480, 7000, Shown::PopulationFilters, 4999, "b6"},
     {480, 7000, Shown::PopulationFilters, 5000, "b6"},
-    {480, 7000, Shown::NoFilters, 0, "b6"},
+    {480, 7000, Shown::PopulationFilters, 0, "b6"},
     {480, 0, Shown::Everything, 0, "b4"},
     {2048, 5000, Shown::Everything, 5000, "12345b", 3000},
     {2048, 7000, Shown::Population, 6000, "2b", 3000},
@@ -72,54 +64,41 @@ struct CountVector {
     std::vector<CountSection*> Sections;
 };
 
-struct Scene {
+struct Scene : Subject {
     explicit Scene(const Case& row)
-        : Row(row),
-          Events(RandomFloats(row.Events, 3)),
-          Drawn(Events.Sections, Events.Sections),
-          Population(Events.Sections),
-          X(OVCoordinateTransformerXFactory::CreateTransformer(
-              0.0F, static_cast<float>(row.Bins), -1000.0, 1000.0, 50.0, row.Bins == 40, row.Bins != 3000)) {
+        : Subject(row.Form, 3, row.Events), Row(row), Screen(row.Bins, 1, row.Bins == 40, row.Bins != 3000) {
         int event = 0;
-        for (FilterSection* section : Population.Sections) {
+        for (FilterSection* section : Members.Sections) {
             for (int i = 0; i < section->Count; ++i, ++event)
                 section->SetFlag(i, event * Prime % row.Events < row.ShownEvents);
             section->CalcTrueCount();
         }
-        Filters* background = row.Form == Shown::Population ? &Population.Sections : nullptr;
-        if (row.Form == Shown::PopulationFilters) Drawn.PopulationFilters = &Population.Sections;
-        if (row.Form == Shown::NoFilters) Drawn.PopulationFilters = &Empty;
-        if (row.Form > Shown::Population) background = &Empty;  // gives way
-        if (row.Form != Shown::Everything) Drawn.Population = Plot::Info(background);
-        for (const char* gate = row.Gates; *gate != 0; ++gate) {
-            const auto density = static_cast<unsigned>(*gate - '0');  // any for a letter
-            Gates.push_back(std::make_unique<Gate>(Events.Sections, Gates.size() + 2U, density));
-            Filters* members = *gate == 'n' ? nullptr : &Gates.back()->Sections;
-            Drawn.AddGate(*gate == 'b' ? background : members);
-            // The bits decide, not what was counted once.
-            for (FilterSection* section : Gates.back()->Sections)
+        if (row.ShownEvents == 0) OVFilterSection().ReleaseVectorSection(Members.Sections);
+        AddGates(row.Gates);
+        // The bits decide, not what was counted once.
+        for (const auto& gate : OwnGates)
+            for (FilterSection* section : gate->Sections)
                 section->TrueCount = 0;
-        }
     }
 
     /// What is counted for every gate when it is done `times` times, event by event.
     std::vector<Cells> Expected(int times) {
         OwnedSignals expanded;
         auto offsets = SmoothingOffsets;
-        OVStatisticsSignalSection().GenerateVirtualVectorSignalSection(Events.Sections, offsets.data(), 63,
+        OVStatisticsSignalSection().GenerateVirtualVectorSignalSection(Xs.Sections, offsets.data(), 63,
                                                                        expanded.Sections);
         const bool isSmoothed = Row.ShownEvents < 5000;
-        const auto pixels = PixelsOf(*X, isSmoothed ? expanded.Sections : Events.Sections);
-        const bool isPart = Row.Form >= Shown::Population;
-        const auto isShown = Population.Events();
+        const auto pixels = PixelsOf(*Screen.X, isSmoothed ? expanded.Sections : Xs.Sections);
+        auto isShown = ShownEvents();
+        isShown.resize(static_cast<std::size_t>(Row.Events));
         std::vector<Cells> counts;
-        for (std::size_t g = 0; g < Gates.size(); ++g) {
+        for (std::size_t g = 0; g < OwnGates.size(); ++g) {
             const bool isEvery = Row.Gates[g] == 'b' || Row.Gates[g] == 'n';
-            const auto isMember = Gates[g]->Events();
+            const auto isMember = OwnGates[g]->Events();
             Cells& cells = counts.emplace_back(static_cast<std::size_t>(Row.Bins) + 1);
             for (std::size_t i = 0; i < pixels.size(); ++i) {
                 const std::size_t event = isSmoothed ? i / 64 : i;
-                const bool isIn = (!isPart || isShown[event]) && (isEvery || isMember[event]);
+                const bool isIn = isShown[event] && (isEvery || isMember[event]);
                 if (isIn && pixels[i] < Row.Bins) cells[static_cast<std::size_t>(pixels[i])] += times;
             }
         }
@@ -127,16 +106,11 @@ struct Scene {
     }
 
     void Count(CountVector& counts) {
-        OVPlotViewHistogram().ConvertSignalToCount(Drawn, counts.Sections, X.get());
+        OVPlotViewHistogram().ConvertSignalToCount(*this, counts.Sections, Screen.X.get());
     }
 
     Case Row;
-    Sample Events;
-    Plot Drawn;
-    Gate Population;
-    Filters Empty;
-    std::vector<std::unique_ptr<Gate>> Gates;
-    std::unique_ptr<IOVCoordinateTransformerX> X;
+    Axes Screen;
 };
 
 TEST(Histogram, AddsWhatCountingOneByOneCounts) {
@@ -144,7 +118,7 @@ TEST(Histogram, AddsWhatCountingOneByOneCounts) {
         const SmallPool pool(row.Capacity);
         Scene scene(row);
         const auto expected = scene.Expected(2);
-        const auto background = static_cast<std::size_t>(scene.Drawn.FindBackgroundIndex());
+        const auto background = static_cast<std::size_t>(scene.FindBackgroundIndex());
         for (const InstructionSet set : AvailableInstructionSets()) {
             SCOPED_TRACE(::testing::PrintToString(set) + ": " + row.Gates + " of " +
                          std::to_string(row.ShownEvents) + " among " + std::to_string(row.Events));
@@ -158,9 +132,10 @@ TEST(Histogram, AddsWhatCountingOneByOneCounts) {
                           std::accumulate(expected[g].begin(), expected[g].end(), 0));
 
             OVPlotData nothing;
-            std::vector<OVPlotData*> samples{&scene.Drawn, &nothing, &scene.Drawn};
+            std::vector<OVPlotData*> samples{&scene, &nothing, &scene};
             several.Sections.push_back(&several.Records[0]);
-            OVPlotViewHistogram_MultiSample().ConvertSignalToCount(samples, several.Sections, scene.X.get());
+            OVPlotViewHistogram_MultiSample().ConvertSignalToCount(samples, several.Sections,
+                                                                   scene.Screen.X.get());
             EXPECT_EQ(several.Storage[0], expected[background]);
             EXPECT_EQ(several.Storage[1], Cells(expected[0].size()));
             EXPECT_EQ(several.Records[0].TotalCount, -1);

@@ -1,4 +1,4 @@
-// Rasters and dot plots against naive models.
+// Rasters, dot, density and contour plots, and bins, against models that look at one event after another.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,9 +9,6 @@
 #include <random>
 #include <utility>
 
-#include <orvane/orvane.h>
-
-#include "tests/support/awkward.h"
 #include "tests/support/instruction_sets.h"
 #include "tests/support/plots.h"
 #include "tests/support/pool.h"
@@ -23,24 +20,21 @@ constexpr int Smallest = std::numeric_limits<int>::min();
 constexpr int Largest = std::numeric_limits<int>::max();
 
 class Plots : public ::testing::TestWithParam<InstructionSet> {
+    SmallPool pool_;
     ScopedInstructionSet set_{GetParam()};
 };
 INSTANTIATE_TEST_SUITE_P(, Plots, ::testing::ValuesIn(AvailableInstructionSets()),
                          ::testing::PrintToStringParamName());
 
-/// A raster by its description: rows of `Length` cells, of which the first `Width` are shown.
-struct Grid {
-    int Width, Height, Length;
-    Cells All = Cells(static_cast<std::size_t>(Length * Height), 77);
+/// A raster by its description.
+struct Grid : Raster {
+    using Raster::Raster;
 
-    int& At(int x, int y) {
-        return All[static_cast<std::size_t>(y) * static_cast<std::size_t>(Length) +
-                   static_cast<std::size_t>(x)];
-    }
+    int& At(int x, int y) { return Bits[y * Stride / 4 + x]; }
 
     void SetEdgeDataZero() {
         for (int y = 0; y < Height; ++y)
-            for (int x = 0; x < Length; ++x)
+            for (int x = 0; x < Stride / 4; ++x)
                 if (y == 0 || y == Height - 1 || x == 0 || x == Width - 1) At(x, y) = 0;
     }
     template <class Move>
@@ -59,7 +53,7 @@ struct Grid {
 /// Does an operation to both.
 void Apply(int operation, int x, int y, int v, Raster& raster, Grid& grid) {
     int& cell = grid.At(x, y);
-    if (operation == 0) raster.SetAllData(v), grid.All.assign(grid.All.size(), v);
+    if (operation == 0) raster.SetAllData(v), grid.Storage.assign(grid.Storage.size(), v);
     if (operation == 1) raster.SetEdgeDataZero(), grid.SetEdgeDataZero();
     if (operation == 2) raster.SetDataGreater(x, y, v), cell = std::max(cell, v);
     if (operation == 3) raster.SetDataLess(x, y, v), cell = std::min(cell, v);
@@ -84,12 +78,12 @@ TEST_P(Plots, RasterFollowsItsDescription) {
     const auto below = [&random](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
     for (const auto& [width, height] : {std::pair{2, 2}, {3, 2}, {5, 4}, {20, 13}}) {
         Raster raster(width, height);
-        Grid grid{width, height, width + 3};
+        Grid grid(width, height);
         for (int step = 0; step < 2000; ++step) {
             const int operation = below(40);
             Apply(operation, below(width), below(height), below(9) - 4, raster, grid);
-            ASSERT_EQ(raster.Storage, grid.All) << "after operation " << operation;
-            ASSERT_EQ(raster.GetDataMax(), *std::max_element(grid.All.begin(), grid.All.end()));
+            ASSERT_EQ(raster.Storage, grid.Storage) << "after operation " << operation;
+            ASSERT_EQ(raster.GetDataMax(), *std::ranges::max_element(grid.Storage));
         }
     }
     EXPECT_EQ(Raster(5, 0).GetDataMax(), Smallest);
@@ -127,42 +121,11 @@ TEST_P(Plots, LevelsAndColors) {
     EXPECT_EQ(raster.Storage, expected);
 }
 
-/// A sample of two parameters and its plot. Many events lie outside the axes.
-struct Subject {
-    explicit Subject(Shown shown, unsigned seed, int events = 200)
-        : Way(shown),
-          Xs(RandomFloats(events, seed)),
-          Ys(RandomFloats(events, seed + 1)),
-          Population(Xs.Sections, seed + 2, 1 + seed % 7) {
-        Description.Show(shown, Population, Gates[0]);
-    }
-
-    /// Adds one of the three gates to the description, or EveryEvent.
-    void AddGate(int gate) { Description.AddGate(gate == EveryEvent ? nullptr : &Gates[gate].Sections); }
-    static constexpr int EveryEvent = 3;
-
-    /// Calls `draw(x, y, event)` for the events that are shown.
-    template <class Draw>
-    void DrawEach(const Axes& axes, Draw draw) const {
-        const std::vector<bool> isShown = ShownEvents(Way, Population);
-        const std::vector<int> columns = PixelsOf(*axes.X, Xs.Sections);
-        const std::vector<int> rows = PixelsOf(*axes.Y, Ys.Sections);
-        for (std::size_t event = 0; event < columns.size(); ++event)
-            if (isShown[event]) draw(columns[event], rows[event], static_cast<int>(event));
-    }
-
-    Shown Way;
-    Sample Xs, Ys;
-    Gate Population;
-    Gate Gates[3] = {Gate(Xs.Sections, 7, 3), Gate(Xs.Sections, 8, 2), Gate(Xs.Sections, 9, 1)};
-    Plot Description{Xs.Sections, Ys.Sections};
-};
-
 /// The number of the last gate that holds the event; a single gate counts as held. A population stands in for
 /// the first gate.
 int NaiveNumber(const Subject& subject, int event) {
-    const auto& gates = *subject.Description.Gates;
-    const bool hasPopulation = subject.Way == Shown::Population || subject.Way == Shown::PopulationFilters;
+    const auto& gates = *subject.Gates;
+    const bool hasPopulation = subject.Way >= Shown::Population;
     int number = hasPopulation || gates.size() == 1 ? 1 : 0;
     for (std::size_t i = hasPopulation ? 1 : 0; i < gates.size(); ++i) {
         auto* filters = gates[i]->Filters;
@@ -173,19 +136,16 @@ int NaiveNumber(const Subject& subject, int event) {
 }
 
 TEST_P(Plots, DotsShowTheLastGateOfAPixel) {
-    const SmallPool pool;
     unsigned seed = 0;
     for (const Shown shown : WaysToShow) {
-        for (const std::vector<int>& gates :
-             {Counts{0}, {3}, {1, 2}, {3, 1, 2}, {0, 1, 3, 2}, {2, 1, 0, 3}}) {
+        for (const char* gates : {"3", "n", "21", "n21", "32n1", "123n"}) {
             SCOPED_TRACE(::testing::Message() << "way " << static_cast<int>(shown) << ", seed " << ++seed);
             Subject subject(shown, seed);
-            for (const int gate : gates)
-                subject.AddGate(gate);
+            subject.AddGates(gates);
             const Axes axes(17, 12, seed % 2 == 0);
             Raster drawn(17, 12);
             Raster expected(17, 12, 3, 0);
-            OVPlotViewDot().RenderPlot(subject.Description, drawn, axes.X.get(), axes.Y.get());
+            OVPlotViewDot().RenderPlot(subject, drawn, axes.X.get(), axes.Y.get());
             subject.DrawEach(axes, [&](int x, int y, int event) {
                 expected.SetDataGreater(x, y, NaiveNumber(subject, event));
             });
@@ -196,7 +156,6 @@ TEST_P(Plots, DotsShowTheLastGateOfAPixel) {
 }
 
 TEST_P(Plots, SamplesShareARaster) {
-    const SmallPool pool;
     const Axes axes(17, 12, true);
     Raster drawn(17, 12);
     Raster expected(17, 12, 3, 0);
@@ -210,9 +169,9 @@ TEST_P(Plots, SamplesShareARaster) {
     for (const Shown shown : WaysToShow) {
         const auto index = static_cast<unsigned>(subjects.size());
         Subject& subject = *subjects.emplace_back(std::make_unique<Subject>(shown, index, 40 * (index + 1)));
-        plots.push_back(&subject.Description);
-        subject.Description.SampleIndex = std::array{0, 33, 31, 66}[index];
-        const int flag = 1 << subject.Description.SampleIndex % 32;
+        plots.push_back(&subject);
+        subject.SampleIndex = std::array{0, 33, 31, 66}[index];
+        const int flag = 1 << subject.SampleIndex % 32;
         subject.DrawEach(axes, [&](int x, int y, int /*event*/) { expected.SetDataFlag(x, y, flag); });
         expected.MoveEdgeDataFlag(flag);
     }
@@ -220,19 +179,160 @@ TEST_P(Plots, SamplesShareARaster) {
     EXPECT_EQ(drawn.Storage, expected.Storage);
 }
 
-TEST(DotPlots, ReturnTheirColumnsWhenThePoolRunsDry) {
-    for (const Shown shown : {Shown::Everything, Shown::Population}) {
-        ForEachFailingAllocation([shown] {
-            Subject subject(shown, 1);
-            subject.AddGate(0);
-            subject.AddGate(Subject::EveryEvent);
-            const Axes axes(17, 12);
-            Raster raster(17, 12);
-            OVPlotViewDot().RenderPlot(subject.Description, raster, axes.X.get(), axes.Y.get());
-            std::vector<OVPlotData*> plots{&subject.Description};
-            OVPlotViewDot_MultiSample().RenderPlot(plots, raster, axes.X.get(), axes.Y.get());
+int PackedPosition(const Axes& axes, float x, float y) {
+    const auto truncated = [](float screen) { return std::isnan(screen) ? 0 : static_cast<int>(screen); };
+    float column = 0.0F, row = 0.0F;
+    axes.X->GetScreenValue(x, column);
+    axes.Y->GetScreenValue(y, row);
+    return truncated(row) * 65536 + truncated(column);
+}
+
+TEST_P(Plots, CountTheShownEventsAndTurnTheFirstOfSparsePixelsIntoDots) {
+    constexpr int Width = 23, Height = 17;
+    for (const Shown shown : WaysToShow) {
+        const auto way = static_cast<unsigned>(shown);
+        Subject subject(shown, way, 700);
+        const Axes axes(Width, Height, way % 2 == 1);
+        Raster expected(Width, Height, 3, 0), first(Width, Height, 3, Largest);
+        subject.DrawEach(axes, [&](int x, int y, int event) {
+            if (x > 0 && x < Width - 1 && y > 0 && y < Height - 1) expected.AddData(x, y, 1);
+            first.SetDataLess(x, y, event);
         });
+        Raster density(Width, Height), contour(Width, Height), counts(Width, Height), dots(Width, Height);
+        OVPlotViewDensity().RenderPlot(subject, density, axes.X.get(), axes.Y.get());
+        OVPlotViewContour view;
+        view.RenderPlot(subject, contour, axes.X.get(), axes.Y.get());
+        view.RenderPlot(subject, counts, dots, axes.X.get(), axes.Y.get());
+        EXPECT_EQ(density.Storage, expected.Storage);
+        EXPECT_EQ(contour.Storage, expected.Storage);
+        EXPECT_EQ(counts.Storage, expected.Storage);
+        EXPECT_EQ(dots.Storage, first.Storage);
+
+        const float level = std::array{0.0F, 0.1F, 0.55F, 1.0F}[way];
+        const auto threshold = static_cast<int>(static_cast<float>(counts.GetDataMax()) * level);
+        const Floats xs = subject.Xs.Values(), ys = subject.Ys.Values();
+        for (std::size_t cell = 0; cell < first.Storage.size(); ++cell) {
+            int& dot = first.Storage[cell];
+            const auto event = static_cast<std::size_t>(dot);
+            const bool isDot = dot != Largest && counts.Storage[cell] < threshold;
+            dot = isDot ? PackedPosition(axes, xs[event], ys[event]) : Largest;
+        }
+        view.RenderZeroLevelPos(subject, counts, dots, level, axes.X.get(), axes.Y.get());
+        EXPECT_EQ(dots.Storage, first.Storage) << level;
     }
+}
+
+TEST(ContourDots, TakeMissingValuesForZero) {
+    float column[2] = {900.0F, 500.0F};
+    SignalSection section;
+    section.Values = column + 1;
+    section.Count = 1;
+    Signals one{&section}, none;
+    OVPlotData plot;
+    plot.XSections = &one;
+    plot.YSections = &none;
+    const Axes axes(23, 17);
+    Raster counts(4, 1, 0, 0), dots(4, 1, 0);
+    counts.SetData(3, 0, 9);
+    std::copy_n(Cells{0, 1, -1, 0}.begin(), 4, dots.Bits);
+    OVPlotViewContour().RenderZeroLevelPos(plot, counts, dots, 0.2F, axes.X.get(), axes.Y.get());
+    const int zero = PackedPosition(axes, 0.0F, 0.0F);
+    EXPECT_EQ(dots.Storage, (Cells{PackedPosition(axes, 500.0F, 0.0F), zero, zero, Largest}));
+}
+
+TEST_P(Plots, ColorByTheShareOfTheLargestCount) {
+    struct Row {
+        float Level;
+        Cells Counts, Colors;
+    };
+    Cells colors{-1, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20};
+    for (const Row& row : {Row{0.1F, {0, 1, 100, 101, 200, 0}, {-1, 11, 15, 16, 20, -1}},
+                           Row{0.3F, {7, 0, 1, 2, 4, 6}, {14, -1, 11, 12, 13, 14}},
+                           Row{0.1F, {0, 0, 0, 0, 0, 0}, {-1, -1, -1, -1, -1, -1}}}) {
+        Raster raster(2, 2, 1);
+        std::copy(row.Counts.begin(), row.Counts.end(), raster.Bits);
+        OVPlotViewDensity().SetBitmapColor(raster, row.Level, colors.data(), 11);
+        EXPECT_EQ(raster.Storage, row.Colors);
+    }
+}
+
+/// Expects two runs of `construct(bins, maxBin, total)` to add `expected` and `total` twice, and to write
+/// nowhere else.
+template <class Construct>
+void ExpectBins(const Cells& expected, int total, Construct construct) {
+    constexpr int Guard = 77;
+    Cells bins(expected.size() + 2), twice{Guard};
+    bins.front() = bins.back() = Guard;
+    int max = 0, sum = 1000;
+    for (int run = 0; run < 2; ++run)
+        construct(bins.data() + 1, max, sum);
+    int largest = std::numeric_limits<int>::min();
+    for (const int bin : expected) {
+        twice.push_back(2 * bin);
+        largest = std::max(largest, 2 * bin);
+    }
+    twice.push_back(Guard);
+    EXPECT_EQ(bins, twice);
+    EXPECT_EQ(max, largest);
+    EXPECT_EQ(sum, 1000 + 2 * total);
+}
+
+TEST_P(Plots, BinsHoldTheEventsInsideTheAxes) {
+    OVBinConstructor bins;
+    for (const std::size_t n : {1U, 2U, 3U, 90U}) {
+        const int size = static_cast<int>(n);
+        const Axes axes(size, size);
+        IOVCoordinateTransformerX* x = axes.X.get();
+        IOVCoordinateTransformerY* y = axes.Y.get();
+        for (const bool isFiltered : {false, true}) {
+            Subject subject(isFiltered ? Shown::Population : Shown::Everything, 1, 700);
+            Signals &xs = subject.Xs.Sections, &ys = subject.Ys.Sections;
+            Filters& filters = subject.Members.Sections;
+            Cells line(n), grid(n * n);
+            int total = 0;
+            subject.DrawEach(axes, [&](std::size_t column, std::size_t row, int /*event*/) {
+                const bool isInX = column > 0 && column < n - 1;
+                line[column] += static_cast<int>(isInX);
+                grid[column * n + row] += static_cast<int>(isInX && row > 0 && row < n - 1);
+                ++total;
+            });
+            ExpectBins(line, total, [&](int* out, int& max, int& sum) {
+                if (isFiltered) return bins.ConstructBin_1D(out, size, xs, filters, x, max, sum);
+                bins.ConstructBin_1D(out, size, xs, x, max, sum);
+            });
+            ExpectBins(grid, total, [&](int* out, int& max, int& sum) {
+                if (isFiltered) return bins.ConstructBin_2D(out, size, xs, ys, filters, x, y, max, sum);
+                bins.ConstructBin_2D(out, size, xs, ys, x, y, max, sum);
+            });
+        }
+    }
+    ExpectBins({}, 0, [&](int* out, int& max, int& sum) {
+        Signals none;
+        bins.ConstructBin_1D(out, 0, none, Axes(1, 1).X.get(), max, sum);
+    });
+}
+
+TEST(PlotsShortOfMemory, ReturnWhatTheyTook) {
+    const auto draw = [](int view, Shown shown) {
+        Subject subject(shown, 1);
+        subject.AddGates("3n");
+        std::vector<OVPlotData*> samples{&subject};
+        const Axes axes(17, 12);
+        IOVCoordinateTransformerX* x = axes.X.get();
+        IOVCoordinateTransformerY* y = axes.Y.get();
+        Raster raster(17, 12), first(17, 12);
+        int max = 0, total = 0;
+        if (view == 0) OVPlotViewDot().RenderPlot(subject, raster, x, y);
+        if (view == 1) OVPlotViewDot_MultiSample().RenderPlot(samples, raster, x, y);
+        if (view == 2) OVPlotViewDensity().RenderPlot(subject, raster, x, y);
+        if (view == 3) OVPlotViewContour().RenderPlot(subject, raster, first, x, y);
+        if (view == 4)
+            OVBinConstructor().ConstructBin_2D(raster.Bits, 12, subject.Xs.Sections, subject.Ys.Sections, x,
+                                               y, max, total);
+    };
+    for (const int view : {0, 1, 2, 3, 4})
+        for (const Shown shown : {Shown::Everything, Shown::Population})
+            ForEachFailingAllocation([&] { draw(view, shown); });
 }
 
 }  // namespace
