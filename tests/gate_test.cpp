@@ -1,16 +1,68 @@
-// Gates against slow, obvious models: every event on its own, every formula as it is described.
+// Points, rectangles and polygons as values; gates against slow, obvious models: every event on its own,
+// every formula as it is described.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <map>
+#include <new>
 #include <numbers>
 #include <random>
 #include <string>
 
 #include "tests/support/gate_models.h"
-#include "tests/support/gates.h"
 
 namespace Orvane::Testing {
 namespace {
+
+TEST(Geometry, PointsAreEqualExactlyOrWithinAnInclusiveTolerance) {
+    const OVPoint point(1.0F, -2.0F);
+    OVPoint copy;
+    EXPECT_TRUE(copy.IsEqual(0.0F, -0.0F));
+    copy = point;
+    EXPECT_TRUE(copy.IsEqual(point));
+    EXPECT_TRUE(point.IsEqual(OVPoint(1.5F, -2.0F), 0.5F));
+    EXPECT_FALSE(point.IsEqual(1.5F, -2.0F, std::nextafter(0.5F, 0.0F)));
+    EXPECT_FALSE(point.IsEqual(1.0F, -2.75F, 0.5F));
+    copy.SetValue(NaN, 0.0F);
+    EXPECT_FALSE(copy.IsEqual(copy));
+    EXPECT_FALSE(copy.IsEqual(copy, Infinity));
+}
+
+TEST(Geometry, RectanglesAreClosedAndTakeCorners) {
+    const OVRect rect(0.0F, 1.0F, 10.0F, 5.0F);
+    for (const OVPoint& corner : {OVPoint(0, 1), OVPoint(10, 1), OVPoint(0, 5), OVPoint(10, 5)})
+        EXPECT_TRUE(rect.InRect(corner)) << corner.x << ' ' << corner.y;
+    for (const OVPoint& outside : {OVPoint(10.0001F, 5), OVPoint(5, 0.9999F), OVPoint(-1, 3),
+                                   OVPoint(5, 5.001F), OVPoint(NaN, 3), OVPoint(5, NaN)})
+        EXPECT_FALSE(rect.InRect(outside)) << outside.x << ' ' << outside.y;
+}
+
+TEST(Geometry, APolygonCanBeBuiltAnewAndWithNothing) {
+    OVPoint vertices[] = {{3, 1}, {-2, 4}, {5, -6}};
+    OVPloygon polygon;
+    EXPECT_FALSE(polygon.IsInPloygon(0, 0));
+    for (const int count : {3, 0, -1, 1, 3}) {
+        polygon.ConstructEigenValue(vertices, count);
+        const OVRect rect = polygon.GetMinRect();
+        EXPECT_EQ(rect.MinX, count == 3 ? -2 : 3);
+        EXPECT_EQ(rect.MaxX, count == 3 ? 5 : 3);
+        EXPECT_EQ(rect.MinY, count == 3 ? -6 : 1);
+        EXPECT_EQ(rect.MaxY, count == 3 ? 4 : 1);
+        EXPECT_EQ(polygon.IsInPloygon(2, 0), count == 3);
+    }
+}
+
+TEST(Geometry, ACopiedPolygonSharesItsTable) {
+    OVPoint vertices[] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
+    auto* original = new OVPloygon;
+    original->ConstructEigenValue(vertices, 4);
+    // Never destroyed: only one of the two may be.
+    alignas(OVPloygon) unsigned char storage[sizeof(OVPloygon)];
+    auto* copy = new (storage) OVPloygon(*original);
+    EXPECT_TRUE(copy->IsInPloygon(0.5F, 0.5F));
+    EXPECT_EQ(copy->GetMinRect().MaxX, 1.0F);
+    delete original;
+}
 
 INSTANTIATE_TEST_SUITE_P(Sets, GateTest, ::testing::ValuesIn(AvailableInstructionSets()),
                          ::testing::PrintToStringParamName());
@@ -115,6 +167,36 @@ TEST_P(GateTest, PolygonsAreTheWalkOverTheirEdges) {
     for (const auto& shape : Shapes()) {
         SCOPED_TRACE(shape.first);
         ExpectPolygon(shape.second, PointsOn(shape.second, 2100), {0, 1, 2, 13, 64, 128, 256});
+    }
+}
+
+TEST_P(GateTest, HingedArmsAreStraightOnTheScreen) {
+    const Axis axes[] = {{0, 0, 512, -100, 1000, 0},
+                         {-0.5F, 0, 512, -1000, 262144, 150},
+                         {1, 10.5F, 300.7F, -50, 50, 0.001F},
+                         {1, 0, 512, -1, 1, 10},
+                         {0, 0, 256, 1e8F, 1.00001e8F, 0},
+                         {0, 512, 0, 0, 1000, 0},
+                         {1, 0, 512, 1000, -1000, 10},
+                         {1, 0, 512, 0, 1000, -10},
+                         {1, 0, 512, 0, 1000, 0},
+                         {0, 0, 100, 5, 5, 1}};
+    const std::array<OVPoint, 4> arms[] = {{{{0.1F, 210}, {-0.2F, 350}, {0.15F, 190}, {-0.1F, 310}}},
+                                           {{{0, 256}, {0, 256}, {0, 256}, {0, 256}}},
+                                           {{{-30, 9000}, {1e6F, -1e8F}, {0.5F, 128}, {-7, 2000}}},
+                                           {{{1e38F, 0}, {NaN, 0}, {Infinity, 5}, {1, -Infinity}}}};
+    unsigned seed = 0;
+    for (const Axis& axisX : axes) {
+        for (const Axis& axisY : axes) {
+            const auto& arm = arms[++seed % 4];
+            SCOPED_TRACE(::testing::Message() << "x axis " << &axisX - axes << ", y axis " << &axisY - axes
+                                              << ", arms " << seed % 4);
+            const HingedModel model{ScreenAxis<OVCoordinateTransformerXFactory>(axisX),
+                                    ScreenAxis<OVCoordinateTransformerYFactory>(axisY),
+                                    {400, 300},
+                                    arm};
+            ExpectHinged(model, model.Around(1500, seed), static_cast<int>(seed % 6) - 1);
+        }
     }
 }
 
