@@ -12,23 +12,14 @@ namespace Orvane::Testing {
 /// Zeros of both signs, denormals, the extremes, infinities and NaN, small integers and their neighbours.
 inline std::vector<float> AwkwardFloats() {
     constexpr float Infinity = std::numeric_limits<float>::infinity();
-    std::vector<float> values{0.0F,
-                              -0.0F,
-                              FLT_TRUE_MIN,
-                              -FLT_TRUE_MIN,
-                              FLT_MIN,
-                              -FLT_MIN,
-                              FLT_MAX,
-                              -FLT_MAX,
-                              Infinity,
-                              -Infinity,
-                              std::numeric_limits<float>::quiet_NaN()};
-    for (const float edge : {1.0F, 2.0F, 1023.0F, 1024.0F, 65535.0F, 65536.0F, 16777216.0F}) {
-        for (const float value : {edge, -edge}) {
+    std::vector<float> values;
+    for (const float value : {0.0F, FLT_TRUE_MIN, FLT_MIN, FLT_MAX, Infinity})
+        values.insert(values.end(), {value, -value});
+    values.push_back(std::numeric_limits<float>::quiet_NaN());
+    for (const float edge : {1.0F, 2.0F, 1023.0F, 1024.0F, 65535.0F, 65536.0F, 16777216.0F})
+        for (const float value : {edge, -edge})
             values.insert(values.end(),
                           {std::nextafter(value, -Infinity), value, std::nextafter(value, Infinity)});
-        }
-    }
     return values;
 }
 
@@ -40,11 +31,8 @@ inline std::vector<float> RandomFloats(int count, unsigned seed) {
     std::vector<float> values;
     for (int i = 0; i < count; ++i) {
         const auto draw = random();
-        if (draw % 16 == 0) {
-            values.push_back(awkward[(draw >> 8) % awkward.size()]);
-        } else {
-            values.push_back((draw & 32U) != 0 ? magnitude(random) : -magnitude(random));
-        }
+        if (draw % 16 == 0) values.push_back(awkward[(draw >> 8) % awkward.size()]);
+        if (draw % 16 != 0) values.push_back((draw & 32U) != 0 ? magnitude(random) : -magnitude(random));
     }
     return values;
 }
