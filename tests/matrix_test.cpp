@@ -160,7 +160,7 @@ TEST(Matrix, WhatDoesNotFitIsReportedByTheBareText) {
         {[&] { wide.IsEquals(wide, -1); }, "Precision cannot be negative."},
         {[&] { wide.IsEquals(wide, 16); }, "High precision, no support."}};
     for (const auto& [operation, expected] : refusals)
-        EXPECT_EQ(Testing::TextThrownBy(operation), expected);
+        EXPECT_EQ(Testing::MessageOf<const char>(operation), expected);
 }
 
 }  // namespace

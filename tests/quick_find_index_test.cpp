@@ -18,7 +18,7 @@ TEST(AddressIndex, FindsWhatAWalkFindsWhileItGrowsAndShrinks) {
     const auto at = [](std::intptr_t address) {
         return reinterpret_cast<void*>(address);  // NOLINT(performance-no-int-to-ptr)
     };
-    for (const Starts& starts : {Starts{0x10000}, Starts{0x10000, 0x11000, 0x12000, 0x13000, 0x14000},
+    for (const Starts& starts : {Starts{0x10000, 0x11000, 0x12000, 0x13000, 0x14000},
                                  Starts{0x90000, 0x80000, 0x50000, 0x40000, 0x10000},
                                  Starts{0x50000, 0x10000, 0x90000, 0x51000, 0x4f000, 0x11000, 0x70000},
                                  Starts{0x7f0000000000, 0x10000, 0x7f0000001000, 0x11000, 0x7f0000003000,
@@ -46,7 +46,8 @@ TEST(AddressIndex, FindsWhatAWalkFindsWhileItGrowsAndShrinks) {
             present.erase(victim);
             expectLikeAWalk();
         }
-        EXPECT_EQ(TextThrownBy([&] { index.RemoveItem(at(starts[0])); }), "No find address in itmes.");
+        EXPECT_EQ(MessageOf<const char>([&] { index.RemoveItem(at(starts[0])); }),
+                  "No find address in itmes.");
     }
 }
 

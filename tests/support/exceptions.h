@@ -4,30 +4,22 @@
 
 #include <memory>
 #include <string>
+#include <type_traits>
 
 #include <orvane/Exceptions.h>
 
 namespace Orvane::Testing {
 
-/// The message of the `Exception*` that `operation` throws.
+/// The message of what `operation` throws: an `Exception*`, or a bare text for `const char`.
 template <class Exception, class Operation>
 std::string MessageOf(Operation operation) {
     try {
         operation();
     } catch (Exception* error) {
-        const std::unique_ptr<Exception> owner(error);
-        return error->GetMessageException();
-    }
-    return "nothing thrown";
-}
-
-/// The bare text that `operation` throws.
-template <class Operation>
-std::string TextThrownBy(Operation operation) {
-    try {
-        operation();
-    } catch (const char* text) {
-        return text;
+        if constexpr (std::is_same_v<Exception, const char>)
+            return error;
+        else
+            return std::unique_ptr<Exception>(error)->GetMessageException();
     }
     return "nothing thrown";
 }
