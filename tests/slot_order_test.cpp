@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstring>
 #include <numeric>
+#include <typeinfo>
 #include <vector>
 
 #include <orvane/orvane.h>
@@ -16,13 +17,8 @@
 namespace Orvane {
 namespace {
 
-#if defined(_MSC_VER)
-
-TEST(SlotOrder, IsTheStatedOne) {
-    GTEST_SKIP() << "pointers to member functions do not show their slot in this ABI";
-}
-
-#else
+// In that of MSVC pointers to member functions do not show their slot.
+#if !defined(_MSC_VER)
 
 /// The position in the table of virtual functions; -1 for a function that is not virtual. The mark of a
 /// virtual one is the lowest bit of the first word on x86 and of the second on ARM.
@@ -37,12 +33,7 @@ int TableIndex(Member member) {
 
 /// Picks the overload with exactly these parameters.
 template <class... Parameters>
-struct With {
-    template <class Result, class Class>
-    static auto Of(Result (Class::*member)(Parameters...)) {
-        return member;
-    }
-};
+constexpr auto Of = []<class Result, class Class>(Result (Class::*member)(Parameters...)) { return member; };
 
 /// What would come behind the last operation.
 template <class Interface>
@@ -50,226 +41,182 @@ struct Extended : Interface {
     virtual void Behind() = 0;
 };
 
-/// Expects the members, and no others, from table position `first` on.
-template <class Interface, class... Members>
-void ExpectTable(int first, Members... members) {
+/// Expects the members, and no others, from table position `First` on. The destructor, slot 0, takes two.
+template <class Interface, int First = 2, class... Members>
+void ExpectSlots(Members... members) {
     const std::vector<int> positions{TableIndex(members)..., TableIndex(&Extended<Interface>::Behind)};
     std::vector<int> expected(positions.size());
-    std::iota(expected.begin(), expected.end(), first);
-    EXPECT_EQ(positions, expected);
+    std::iota(expected.begin(), expected.end(), First);
+    EXPECT_EQ(positions, expected) << typeid(Interface).name();
 }
 
-/// The destructor, slot 0, takes two table positions.
-template <class Interface, class... Members>
-void ExpectSlotsFromOne(Members... members) {
-    ExpectTable<Interface>(2, members...);
-}
+using Events = std::vector<EventSection*>&;
+using Filters = std::vector<FilterSection*>&;
+using Models = std::vector<ModelSection*>&;
+using Segments = std::vector<SegmentSection*>&;
+using Signals = std::vector<SignalSection*>&;
+using Flags = std::vector<bool>&;
+using Ints = std::vector<int>&;
+using Value = float&;
 
-using Counts = std::vector<CountSection*>;
-using Events = std::vector<EventSection*>;
-using Filters = std::vector<FilterSection*>;
-using Models = std::vector<ModelSection*>;
-using Segments = std::vector<SegmentSection*>;
-using Signals = std::vector<SignalSection*>;
-using Flags = std::vector<bool>;
-using Ints = std::vector<int>;
-
-TEST(SlotOrder, Allocator) {
-    ExpectTable<OVMemoryAligned>(0, &OVMemoryAligned::Malloc, &OVMemoryAligned::Free);
-}
-
-TEST(SlotOrder, SectionUtility) {
+TEST(SlotOrder, AllocatorAndSectionUtility) {
     using I = ISectionUtility;
-    ExpectSlotsFromOne<I>(&I::FillSection, &I::FillSectionArray,
-                          With<SignalSection*, float&, float&>::Of(&I::FindSectionMaxAndMin),
-                          With<Signals&, float&, float&>::Of(&I::FindSectionMaxAndMin), &I::ConvertSection,
-                          &I::ConvertSectionArray, &I::SectionArrayStatisticsMean,
-                          &I::SectionArrayStatisticsSD, &I::SectionArrayConvertModelSection);
+    ExpectSlots<OVMemoryAligned, 0>(&OVMemoryAligned::Malloc, &OVMemoryAligned::Free);
+    ExpectSlots<I>(
+        &I::FillSection, &I::FillSectionArray, Of<SignalSection*, Value, Value>(&I::FindSectionMaxAndMin),
+        Of<Signals, Value, Value>(&I::FindSectionMaxAndMin), &I::ConvertSection, &I::ConvertSectionArray,
+        &I::SectionArrayStatisticsMean, &I::SectionArrayStatisticsSD, &I::SectionArrayConvertModelSection);
 }
 
 TEST(SlotOrder, EventSection) {
     using I = IOVEventSection;
-    ExpectSlotsFromOne<I>(
-        &I::ReleaseVectorSectionCompensation, With<Events&, Ints&>::Of(&I::ReleaseVectorSection),
-        With<Events&>::Of(&I::ReleaseVectorSection), With<Events&, Events&>::Of(&I::ReleaseVectorSection),
+    ExpectSlots<I>(
+        &I::ReleaseVectorSectionCompensation, Of<Events, Ints>(&I::ReleaseVectorSection),
+        Of<Events>(&I::ReleaseVectorSection), Of<Events, Events>(&I::ReleaseVectorSection),
         &I::ReleaseVectorSectionShare, &I::GetVectorSignalSection, &I::SynchronousEventSectionCompensation,
-        With<Events&, Events&, int>::Of(&I::AppendEventSection),
-        With<Events&, Events&>::Of(&I::AppendEventSection),
-        With<Events&, Events&, Events&, Flags&, int>::Of(&I::AppendEventSectionCompensation),
-        With<Events&, Events&, Events&, Flags&>::Of(&I::AppendEventSectionCompensation),
-        &I::SynchronousSignalValue, &I::NewEventSection, &I::CopyEventSection, &I::CopyOneEventSection,
-        &I::CopyEventSectionShareSignal, &I::CheckVectorReuseFlag, &I::CheckNoReuseCount,
-        &I::RemoveEventSection, &I::GetTotalCount, &I::ClearVectorSection, &I::GetFirstValue,
-        &I::GetLastValue, &I::GetValue, &I::GetNextSection, &I::SetCountLimit, &I::InitVectorEventSectionData,
-        With<Events&, Events&, Ints&>::Of(&I::ExtractEventSection),
-        With<Events&, Events&, Filters&, Ints&>::Of(&I::ExtractEventSection), &I::GetValueMaxAndMin,
+        Of<Events, Events, int>(&I::AppendEventSection), Of<Events, Events>(&I::AppendEventSection),
+        Of<Events, Events, Events, Flags, int>(&I::AppendEventSectionCompensation),
+        Of<Events, Events, Events, Flags>(&I::AppendEventSectionCompensation), &I::SynchronousSignalValue,
+        &I::NewEventSection, &I::CopyEventSection, &I::CopyOneEventSection, &I::CopyEventSectionShareSignal,
+        &I::CheckVectorReuseFlag, &I::CheckNoReuseCount, &I::RemoveEventSection, &I::GetTotalCount,
+        &I::ClearVectorSection, &I::GetFirstValue, &I::GetLastValue, &I::GetValue, &I::GetNextSection,
+        &I::SetCountLimit, &I::InitVectorEventSectionData, Of<Events, Events, Ints>(&I::ExtractEventSection),
+        Of<Events, Events, Filters, Ints>(&I::ExtractEventSection), &I::GetValueMaxAndMin,
         &I::VectorEventSection_Multi_Matrix, &I::CalcWidthSignalValue, &I::SignalValueAddValue, &I::DealEvent,
         &I::CheckValueEqual);
 }
 
-TEST(SlotOrder, SignalSection) {
+TEST(SlotOrder, OtherColumnSections) {
     using I = IOVSignalSection;
-    ExpectSlotsFromOne<I>(&I::GetTotalCount, &I::GetValue, &I::GetFirstValue, &I::GetLastValue,
-                          &I::CopyVectorSignalSection, &I::ReleaseVectorSection,
-                          &I::ReleaseVectorSectionShare, &I::NewCopyVectorSignalSection, &I::GetNextSection,
-                          &I::GetValueMaxAndMin, &I::CalcAreaHeightRatio);
-}
-
-TEST(SlotOrder, ModelSection) {
-    using I = IOVModelSection;
-    ExpectSlotsFromOne<I>(&I::ConvertSignalToModel, &I::GetTotalCount,
-                          With<ModelSection*, FilterSection*, CountSection&>::Of(&I::StatisticsCountSection),
-                          With<ModelSection*, CountSection&>::Of(&I::StatisticsCountSection),
-                          With<Models&, Filters&, CountSection&>::Of(&I::StatisticsCountSection),
-                          With<Models&, CountSection&>::Of(&I::StatisticsCountSection),
-                          &I::StatisticsCountSection_Virtual, &I::ReleaseVectorSection,
-                          &I::SynchronousVectorSection);
-}
-
-TEST(SlotOrder, CountAndSegmentSection) {
-    ExpectSlotsFromOne<IOVCountSection>(&IOVCountSection::NewVectorSection,
-                                        &IOVCountSection::ReleaseVectorSection);
-    ExpectSlotsFromOne<IOVSegmentSection>(&IOVSegmentSection::NewVectorSection,
-                                          &IOVSegmentSection::ReleaseVectorSection);
+    ExpectSlots<I>(&I::GetTotalCount, &I::GetValue, &I::GetFirstValue, &I::GetLastValue,
+                   &I::CopyVectorSignalSection, &I::ReleaseVectorSection, &I::ReleaseVectorSectionShare,
+                   &I::NewCopyVectorSignalSection, &I::GetNextSection, &I::GetValueMaxAndMin,
+                   &I::CalcAreaHeightRatio);
+    using M = IOVModelSection;
+    ExpectSlots<M>(&M::ConvertSignalToModel, &M::GetTotalCount,
+                   Of<ModelSection*, FilterSection*, CountSection&>(&M::StatisticsCountSection),
+                   Of<ModelSection*, CountSection&>(&M::StatisticsCountSection),
+                   Of<Models, Filters, CountSection&>(&M::StatisticsCountSection),
+                   Of<Models, CountSection&>(&M::StatisticsCountSection), &M::StatisticsCountSection_Virtual,
+                   &M::ReleaseVectorSection, &M::SynchronousVectorSection);
+    ExpectSlots<IOVCountSection>(&IOVCountSection::NewVectorSection, &IOVCountSection::ReleaseVectorSection);
+    ExpectSlots<IOVSegmentSection>(&IOVSegmentSection::NewVectorSection,
+                                   &IOVSegmentSection::ReleaseVectorSection);
 }
 
 TEST(SlotOrder, FilterSection) {
     using I = IOVFilterSection;
-    ExpectSlotsFromOne<I>(
-        &I::ReleaseVectorSection, With<Filters&, Ints&>::Of(&I::SynchronousVectorSection),
-        With<Filters&, Events&>::Of(&I::SynchronousVectorSection),
-        With<Filters&, Signals&>::Of(&I::SynchronousVectorSection),
-        With<Filters&, Filters&>::Of(&I::SynchronousVectorSection), &I::GetTotalCount,
-        With<Filters&, Filters&>::Of(&I::GetTrueTotalCount), With<Filters&>::Of(&I::GetTrueTotalCount),
+    ExpectSlots<I>(
+        &I::ReleaseVectorSection, Of<Filters, Ints>(&I::SynchronousVectorSection),
+        Of<Filters, Events>(&I::SynchronousVectorSection), Of<Filters, Signals>(&I::SynchronousVectorSection),
+        Of<Filters, Filters>(&I::SynchronousVectorSection), &I::GetTotalCount,
+        Of<Filters, Filters>(&I::GetTrueTotalCount), Of<Filters>(&I::GetTrueTotalCount),
         &I::CalcListSectionTrueCount, &I::GetValue, &I::And, &I::Or, &I::Copy, &I::SetAllTrue,
-        &I::SetAllFalse, With<FilterSection*, Filters&, ModelSection*>::Of(&I::CalcFilterIndex),
-        With<Filters&, ModelSection*>::Of(&I::CalcFilterIndex), &I::CalcFilterIndexInTrue,
-        &I::ExtratTrueFilter, &I::GetNextSection, &I::Composite_Comp_Copy_RealAndParent,
-        &I::Composite_Comp_Copy_NotRealAndParent, &I::Composite_Comp_Copy_NotReal,
-        &I::Composite_Comp_Or_RealAndParent, &I::Composite_Comp_Or_NotRealAndParent,
-        &I::Composite_Comp_And_NotRealAndParent, &I::Composite_Comp_Or_NotReal,
-        &I::Composite_Comp_And_NotReal, &I::GetCountByTrueCount, &I::GetFilterSectionByPercent,
-        &I::GetFilterSectionByCount, &I::GetFilterSectionByCountReverse);
+        &I::SetAllFalse, Of<FilterSection*, Filters, ModelSection*>(&I::CalcFilterIndex),
+        Of<Filters, ModelSection*>(&I::CalcFilterIndex), &I::CalcFilterIndexInTrue, &I::ExtratTrueFilter,
+        &I::GetNextSection, &I::Composite_Comp_Copy_RealAndParent, &I::Composite_Comp_Copy_NotRealAndParent,
+        &I::Composite_Comp_Copy_NotReal, &I::Composite_Comp_Or_RealAndParent,
+        &I::Composite_Comp_Or_NotRealAndParent, &I::Composite_Comp_And_NotRealAndParent,
+        &I::Composite_Comp_Or_NotReal, &I::Composite_Comp_And_NotReal, &I::GetCountByTrueCount,
+        &I::GetFilterSectionByPercent, &I::GetFilterSectionByCount, &I::GetFilterSectionByCountReverse);
 }
 
 TEST(SlotOrder, StatisticsSignalSection) {
     using I = IOVStatisticsSignalSection;
-    using S = Signals&;
-    using F = Filters&;
-    using V = float&;
-    ExpectSlotsFromOne<I>(
-        With<S, F, int&, V, V>::Of(&I::Average), With<S, F, int&>::Of(&I::Average),
-        With<S, int&, V, V>::Of(&I::Average), With<S, int&>::Of(&I::Average), With<S>::Of(&I::Average),
-        &I::Average_BackupAndSeparateSection_2Part, &I::Average_BackupAndSeparateSection_4Part,
-        &I::BackupAndSeparateSection, &I::BackupAndSeparateSection_4Part,
-        &I::BackupSignalSection_LessMinValue, With<S, F, S>::Of(&I::BackupSignalSection),
-        With<S, S>::Of(&I::BackupSignalSection), &I::CalcActual_4Part, &I::CalcMedian_2Part,
-        &I::CalcMedian_4Part, With<S, F>::Of(&I::CalcRSDForQC), With<S>::Of(&I::CalcRSDForQC),
-        With<S, F, V, V>::Of(&I::CalcStatistic_ActualMinMax),
-        With<S, V, V>::Of(&I::CalcStatistic_ActualMinMax), With<S, F, V, V>::Of(&I::CalcStatistic_RealMinMax),
-        With<S, V, V>::Of(&I::CalcStatistic_RealMinMax),
-        With<S, F, V, V>::Of(&I::CalcStatistic_Average_Median),
-        With<S, V, V>::Of(&I::CalcStatistic_Average_Median), &I::CalcStatistic_AverageMedian,
-        &I::CalcStatistic_AverageMedianRCVRSD, With<S, F, V, V, V>::Of(&I::CalcStatistic_AverageCVSD),
-        With<S, V, V, V>::Of(&I::CalcStatistic_AverageCVSD),
-        With<S, F, OVSignalStatistics&>::Of(&I::CalcStatistic_MorePara),
-        With<S, OVSignalStatistics&>::Of(&I::CalcStatistic_MorePara), &I::CalcStatistic_MorePara_4Part,
-        With<S, F, float, OVSignalStatistics&, int&>::Of(&I::CalcStatistic_MoreParaQC),
-        With<S, float, OVSignalStatistics&, int&>::Of(&I::CalcStatistic_MoreParaQC),
+    using S = Signals;
+    using F = Filters;
+    using V = Value;
+    ExpectSlots<I>(
+        Of<S, F, int&, V, V>(&I::Average), Of<S, F, int&>(&I::Average), Of<S, int&, V, V>(&I::Average),
+        Of<S, int&>(&I::Average), Of<S>(&I::Average), &I::Average_BackupAndSeparateSection_2Part,
+        &I::Average_BackupAndSeparateSection_4Part, &I::BackupAndSeparateSection,
+        &I::BackupAndSeparateSection_4Part, &I::BackupSignalSection_LessMinValue,
+        Of<S, F, S>(&I::BackupSignalSection), Of<S, S>(&I::BackupSignalSection), &I::CalcActual_4Part,
+        &I::CalcMedian_2Part, &I::CalcMedian_4Part, Of<S, F>(&I::CalcRSDForQC), Of<S>(&I::CalcRSDForQC),
+        Of<S, F, V, V>(&I::CalcStatistic_ActualMinMax), Of<S, V, V>(&I::CalcStatistic_ActualMinMax),
+        Of<S, F, V, V>(&I::CalcStatistic_RealMinMax), Of<S, V, V>(&I::CalcStatistic_RealMinMax),
+        Of<S, F, V, V>(&I::CalcStatistic_Average_Median), Of<S, V, V>(&I::CalcStatistic_Average_Median),
+        &I::CalcStatistic_AverageMedian, &I::CalcStatistic_AverageMedianRCVRSD,
+        Of<S, F, V, V, V>(&I::CalcStatistic_AverageCVSD), Of<S, V, V, V>(&I::CalcStatistic_AverageCVSD),
+        Of<S, F, OVSignalStatistics&>(&I::CalcStatistic_MorePara),
+        Of<S, OVSignalStatistics&>(&I::CalcStatistic_MorePara), &I::CalcStatistic_MorePara_4Part,
+        Of<S, F, float, OVSignalStatistics&, int&>(&I::CalcStatistic_MoreParaQC),
+        Of<S, float, OVSignalStatistics&, int&>(&I::CalcStatistic_MoreParaQC),
         &I::DifferenceMedianAndSeparateSection_4Part, &I::SeparateSection_4Part,
-        With<S, F, V, V>::Of(&I::FindMinMax), With<S, V, V>::Of(&I::FindMinMax),
-        With<S, F, double*, int, S>::Of(&I::GenerateVirtualVectorSignalSection),
-        With<S, double*, int, S>::Of(&I::GenerateVirtualVectorSignalSection), &I::GetMaxValue,
-        &I::GetMinValue, With<S, F, int, unsigned, S>::Of(&I::GetRandomDatas),
-        With<S, int, unsigned, S>::Of(&I::GetRandomDatas), With<S, F>::Of(&I::CV), With<S>::Of(&I::CV),
-        &I::Median, &I::RobustCV, With<S, float>::Of(&I::RobustSD), With<S, float, float>::Of(&I::RobustSD),
-        &I::RobustSD_LessMinValue, With<S, F, float>::Of(&I::SD), With<S, float>::Of(&I::SD),
-        With<S>::Of(&I::SD), With<S, F>::Of(&I::SD));
+        Of<S, F, V, V>(&I::FindMinMax), Of<S, V, V>(&I::FindMinMax),
+        Of<S, F, double*, int, S>(&I::GenerateVirtualVectorSignalSection),
+        Of<S, double*, int, S>(&I::GenerateVirtualVectorSignalSection), &I::GetMaxValue, &I::GetMinValue,
+        Of<S, F, int, unsigned, S>(&I::GetRandomDatas), Of<S, int, unsigned, S>(&I::GetRandomDatas),
+        Of<S, F>(&I::CV), Of<S>(&I::CV), &I::Median, &I::RobustCV, Of<S, float>(&I::RobustSD),
+        Of<S, float, float>(&I::RobustSD), &I::RobustSD_LessMinValue, Of<S, F, float>(&I::SD),
+        Of<S, float>(&I::SD), Of<S>(&I::SD), Of<S, F>(&I::SD));
 }
 
 template <class I>
 void ExpectTransformerSlots() {
-    ExpectSlotsFromOne<I>(
-        &I::GetScreenValue, With<SignalSection*, FilterSection*, ModelSection*>::Of(&I::GetScreenSection),
-        With<SignalSection*, ModelSection*>::Of(&I::GetScreenSection), &I::GetScreenSectionInTrue,
+    ExpectSlots<I>(
+        &I::GetScreenValue, Of<SignalSection*, FilterSection*, ModelSection*>(&I::GetScreenSection),
+        Of<SignalSection*, ModelSection*>(&I::GetScreenSection), &I::GetScreenSectionInTrue,
         &I::GetWorldValue, &I::GetWorld_Linear, &I::GetWorld_Log, &I::GetScreen_Linear, &I::GetScreen_Log);
 }
 
-TEST(SlotOrder, CoordinateTransformers) {
+TEST(SlotOrder, ComputedValues) {
     ExpectTransformerSlots<IOVCoordinateTransformerX>();
     ExpectTransformerSlots<IOVCoordinateTransformerY>();
-}
-
-TEST(SlotOrder, Compensation) {
-    using I = IOVCompensation;
-    ExpectSlotsFromOne<I>(&I::CalcCompensation, &I::CalcCompensation_Section);
-}
-
-TEST(SlotOrder, CustomSignal) {
+    ExpectSlots<IOVCompensation>(&IOVCompensation::CalcCompensation,
+                                 &IOVCompensation::CalcCompensation_Section);
     using I = IOVCustomSignal;
-    ExpectSlotsFromOne<I>(ORVANE_CUSTOM_SIGNALS(A, B), ORVANE_CUSTOM_SIGNALS(E, B),
-                          ORVANE_CUSTOM_SIGNALS(A, E), ORVANE_CUSTOM_SIGNALS(E, E));
+    ExpectSlots<I>(ORVANE_CUSTOM_SIGNALS(A, B), ORVANE_CUSTOM_SIGNALS(E, B), ORVANE_CUSTOM_SIGNALS(A, E),
+                   ORVANE_CUSTOM_SIGNALS(E, E));
 }
 
 /// Brings the private operations, whose slots are as fixed as the others, into the open.
 struct OpenFCSWriteRead : IOVFCSWriteRead {
-    void WriteFCSData_Double(Segments&, EventSection&, OVFCSPara&) override = 0;
-    void WriteFCSData_Float(Segments&, EventSection&, OVFCSPara&) override = 0;
-    void WriteFCSData_Int32(Segments&, EventSection&, OVFCSPara&) override = 0;
-    void WriteFCSData_Int16(Segments&, EventSection&, OVFCSPara&) override = 0;
-    void ReadFCSData_Double(EventSection&, Segments&, OVFCSPara&) override = 0;
-    void ReadFCSData_Float(EventSection&, Segments&, OVFCSPara&) override = 0;
-    void ReadFCSData_Int32(EventSection&, Segments&, OVFCSPara&) override = 0;
-    void ReadFCSData_Int16(EventSection&, Segments&, OVFCSPara&) override = 0;
-    void ReadFCSData_ASCII(EventSection&, Segments&, OVFCSPara&) override = 0;
-    void CalcSegmentIndexByCount(Segments&, EventSection&) override = 0;
-    void CalcSegmentIndexByLength(Segments&, EventSection&, OVFCSPara&) override = 0;
+    void WriteFCSData_Double(Segments, EventSection&, OVFCSPara&) override = 0;
+    void WriteFCSData_Float(Segments, EventSection&, OVFCSPara&) override = 0;
+    void WriteFCSData_Int32(Segments, EventSection&, OVFCSPara&) override = 0;
+    void WriteFCSData_Int16(Segments, EventSection&, OVFCSPara&) override = 0;
+    void ReadFCSData_Double(EventSection&, Segments, OVFCSPara&) override = 0;
+    void ReadFCSData_Float(EventSection&, Segments, OVFCSPara&) override = 0;
+    void ReadFCSData_Int32(EventSection&, Segments, OVFCSPara&) override = 0;
+    void ReadFCSData_Int16(EventSection&, Segments, OVFCSPara&) override = 0;
+    void ReadFCSData_ASCII(EventSection&, Segments, OVFCSPara&) override = 0;
+    void CalcSegmentIndexByCount(Segments, EventSection&) override = 0;
+    void CalcSegmentIndexByLength(Segments, EventSection&, OVFCSPara&) override = 0;
 };
 
-TEST(SlotOrder, Gates) {
+TEST(SlotOrder, GatesAndPlots) {
     using P = IOVPloygon;
-    ExpectSlotsFromOne<P>(&P::ConstructEigenValue, &P::GetMinRect, &P::IsInPloygon);
+    ExpectSlots<P>(&P::ConstructEigenValue, &P::GetMinRect, &P::IsInPloygon);
     using I = IOVFilter;
-    ExpectSlotsFromOne<I>(&I::Filter_LineSegment, &I::Filter_Vertical, &I::Filter_Vertical_Fast,
-                          &I::Filter_Rectangle, &I::Filter_Quadrant, &I::Filter_Quadrant_Fast,
-                          &I::Filter_Hinged, &I::Filter_Hinged_Fast, &I::Filter_Ploygon);
-}
-
-TEST(SlotOrder, Histograms) {
-    ExpectSlotsFromOne<IOVPlotViewHistogram>(&IOVPlotViewHistogram::ConvertSignalToCount);
-    ExpectSlotsFromOne<IOVPlotViewHistogram_MultiSample>(
-        &IOVPlotViewHistogram_MultiSample::ConvertSignalToCount);
-}
-
-TEST(SlotOrder, DotPlots) {
-    ExpectSlotsFromOne<IOVPlotViewDot>(&IOVPlotViewDot::RenderPlot, &IOVPlotViewDot::SetBitmapColor);
-    using I = IOVPlotViewDot_MultiSample;
-    ExpectSlotsFromOne<I>(&I::RenderPlot, &I::SetBitmapColor);
-}
-
-TEST(SlotOrder, CountingPlots) {
-    ExpectSlotsFromOne<IOVPlotViewDensity>(&IOVPlotViewDensity::RenderPlot,
-                                           &IOVPlotViewDensity::SetBitmapColor);
+    ExpectSlots<I>(&I::Filter_LineSegment, &I::Filter_Vertical, &I::Filter_Vertical_Fast,
+                   &I::Filter_Rectangle, &I::Filter_Quadrant, &I::Filter_Quadrant_Fast, &I::Filter_Hinged,
+                   &I::Filter_Hinged_Fast, &I::Filter_Ploygon);
+    ExpectSlots<IOVPlotViewHistogram>(&IOVPlotViewHistogram::ConvertSignalToCount);
+    ExpectSlots<IOVPlotViewHistogram_MultiSample>(&IOVPlotViewHistogram_MultiSample::ConvertSignalToCount);
+    ExpectSlots<IOVPlotViewDot>(&IOVPlotViewDot::RenderPlot, &IOVPlotViewDot::SetBitmapColor);
+    using D = IOVPlotViewDot_MultiSample;
+    ExpectSlots<D>(&D::RenderPlot, &D::SetBitmapColor);
+    ExpectSlots<IOVPlotViewDensity>(&IOVPlotViewDensity::RenderPlot, &IOVPlotViewDensity::SetBitmapColor);
     using X = IOVCoordinateTransformerX*;
     using Y = IOVCoordinateTransformerY*;
     using C = IOVPlotViewContour;
-    ExpectSlotsFromOne<C>(With<OVPlotData&, OVBitmapData&, X, Y>::Of(&C::RenderPlot),
-                          With<OVPlotData&, OVBitmapData&, OVBitmapData&, X, Y>::Of(&C::RenderPlot),
-                          &C::RenderZeroLevelPos);
+    ExpectSlots<C>(Of<OVPlotData&, OVBitmapData&, X, Y>(&C::RenderPlot),
+                   Of<OVPlotData&, OVBitmapData&, OVBitmapData&, X, Y>(&C::RenderPlot),
+                   &C::RenderZeroLevelPos);
     using B = IOVBinConstructor;
-    ExpectSlotsFromOne<B>(
-        With<int*, int, Signals&, X, int&, int&>::Of(&B::ConstructBin_1D),
-        With<int*, int, Signals&, Filters&, X, int&, int&>::Of(&B::ConstructBin_1D),
-        With<int*, int, Signals&, Signals&, X, Y, int&, int&>::Of(&B::ConstructBin_2D),
-        With<int*, int, Signals&, Signals&, Filters&, X, Y, int&, int&>::Of(&B::ConstructBin_2D));
+    ExpectSlots<B>(Of<int*, int, Signals, X, int&, int&>(&B::ConstructBin_1D),
+                   Of<int*, int, Signals, Filters, X, int&, int&>(&B::ConstructBin_1D),
+                   Of<int*, int, Signals, Signals, X, Y, int&, int&>(&B::ConstructBin_2D),
+                   Of<int*, int, Signals, Signals, Filters, X, Y, int&, int&>(&B::ConstructBin_2D));
 }
 
 TEST(SlotOrder, FCSWriteRead) {
     using I = OpenFCSWriteRead;
-    ExpectSlotsFromOne<I>(&I::WriteFCSData, &I::ReadFCSData, &I::WriteFCSData_Double, &I::WriteFCSData_Float,
-                          &I::WriteFCSData_Int32, &I::WriteFCSData_Int16, &I::ReadFCSData_Double,
-                          &I::ReadFCSData_Float, &I::ReadFCSData_Int32, &I::ReadFCSData_Int16,
-                          &I::ReadFCSData_ASCII, &I::CalcSegmentIndexByCount, &I::CalcSegmentIndexByLength);
+    ExpectSlots<I>(&I::WriteFCSData, &I::ReadFCSData, &I::WriteFCSData_Double, &I::WriteFCSData_Float,
+                   &I::WriteFCSData_Int32, &I::WriteFCSData_Int16, &I::ReadFCSData_Double,
+                   &I::ReadFCSData_Float, &I::ReadFCSData_Int32, &I::ReadFCSData_Int16, &I::ReadFCSData_ASCII,
+                   &I::CalcSegmentIndexByCount, &I::CalcSegmentIndexByLength);
 }
 
 #endif
