@@ -1,10 +1,13 @@
 // Running a test once per instruction set that this machine offers.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <ostream>
 #include <vector>
 
 #include "foundation/instruction_set.h"
+#include "tests/support/pool.h"
 
 namespace Orvane {
 
@@ -34,6 +37,13 @@ public:
     ScopedInstructionSet(const ScopedInstructionSet&) = delete;
     ScopedInstructionSet& operator=(const ScopedInstructionSet&) = delete;
     ~ScopedInstructionSet() { SetActiveInstructionSet(BestInstructionSet()); }
+};
+
+/// The fixture of tests that run once per instruction set, over a pool of small packets.
+template <int Capacity = 64>
+class OnEverySet : public ::testing::TestWithParam<InstructionSet> {
+    SmallPool pool_{Capacity};
+    ScopedInstructionSet set_{GetParam()};
 };
 
 }  // namespace Orvane::Testing
