@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 #include <random>
 
 #include <orvane/orvane.h>
@@ -11,7 +10,7 @@
 #include "tests/support/events.h"
 #include "tests/support/exceptions.h"
 #include "tests/support/instruction_sets.h"
-#include "tests/support/pool.h"
+#include "tests/support/population.h"
 
 namespace Orvane {
 namespace {
@@ -22,10 +21,8 @@ OVEventSection operations;
 
 Rows NumberedRows(int count) {
     Rows rows;
-    for (int i = 0; i < count; ++i) {
-        const auto value = static_cast<float>(i);
+    for (float value = 0; static_cast<int>(rows.size()) < count; ++value)
         rows.push_back({value, value + 0.25F, value + 0.5F});
-    }
     return rows;
 }
 
@@ -36,14 +33,11 @@ Rows RandomRows(int count, int signals) {
     return rows;
 }
 
-/// The same bits, or both NaN.
-bool SameRows(const Rows& a, const Rows& b) {
-    const auto same = [](float x, float y) {
-        return (x == y && std::signbit(x) == std::signbit(y)) || (std::isnan(x) && std::isnan(y));
-    };
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](const auto& x, const auto& y) {
-        return std::equal(x.begin(), x.end(), y.begin(), y.end(), same);
-    });
+void ExpectBits(const Events& sections, const Rows& expected) {
+    const Rows rows = RowsOf(sections);
+    ASSERT_EQ(rows.size(), expected.size());
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        ASSERT_EQ(Bits(rows[i]), Bits(expected[i])) << i;
 }
 
 std::vector<int> CountsOf(const Events& sections) {
@@ -53,30 +47,23 @@ std::vector<int> CountsOf(const Events& sections) {
     return counts;
 }
 
-constexpr int NoLimit = -1;
-
 /// A raw vector, its compensated twin, whose own columns are 1000 above the raw ones, and the raw model.
 struct Pair {
     ~Pair() { operations.ReleaseVectorSection(Raw, Twin); }
 
     Rows Compensated(Rows rows) const {
-        for (auto& row : rows) {
-            for (std::size_t s = 0; s < 3; ++s)
+        for (auto& row : rows)
+            for (int s = 0; s < 3; ++s)
                 if (!Reuse[s]) row[s] += 1000.0F;
-        }
         return rows;
     }
 
-    void Append(const Rows& rows, const std::vector<int>& cuts, int limit) {
+    template <class... Limit>
+    void Append(const Rows& rows, const std::vector<int>& cuts, Limit... limit) {
         OwnedEvents raw(rows, cuts);
         OwnedEvents twin(Compensated(rows), cuts);
-        if (limit != NoLimit) {
-            operations.AppendEventSection(raw.Sections, Raw, limit);
-            operations.AppendEventSectionCompensation(twin.Sections, Twin, Raw, Reuse, limit);
-        } else {
-            operations.AppendEventSection(raw.Sections, Raw);
-            operations.AppendEventSectionCompensation(twin.Sections, Twin, Raw, Reuse);
-        }
+        operations.AppendEventSection(raw.Sections, Raw, limit...);
+        operations.AppendEventSectionCompensation(twin.Sections, Twin, Raw, Reuse, limit...);
         Model.insert(Model.end(), rows.begin(), rows.end());
     }
 
@@ -86,7 +73,7 @@ struct Pair {
         operations.SynchronousEventSectionCompensation(Twin, Raw, Reuse);
         for (std::size_t i = 0; i < Raw.size(); ++i) {
             for (int s = 0; s < 3; ++s) {
-                if (Reuse[static_cast<std::size_t>(s)]) continue;
+                if (Reuse[s]) continue;
                 std::copy_n((*Raw[i])[s], Raw[i]->Count, (*Twin[i])[s]);
                 Twin[i]->AddValue(s, 1000.0F);
             }
@@ -118,9 +105,10 @@ TEST(EventVectors, AgreeWithRowsAfterRandomOperationsOnARawVectorAndItsTwin) {
             operations.SetCountLimit(pair.Raw, limit);
             operations.SetCountLimit(pair.Twin, limit);
             pair.Model.resize(static_cast<std::size_t>(limit));
+        } else if (action < 5) {
+            pair.Append(NumberedRows(draw(130)), {draw(2), 31, 32, 33}, draw(300));
         } else {
-            const int limit = draw(2) == 0 ? draw(300) : NoLimit;
-            pair.Append(NumberedRows(draw(130)), {draw(2), 31, 32, 33}, limit);
+            pair.Append(NumberedRows(draw(130)), {draw(2), 31, 32, 33});
         }
         std::vector<bool> shared;
         operations.CheckVectorReuseFlag(pair.Raw, pair.Twin, shared);
@@ -167,8 +155,7 @@ TEST(EventVectors, NextSectionRenumbersReusesAndAppends) {
 TEST(EventVectors, MakingReadyKeepsWhatFitsAndGivesTheRestUp) {
     const SmallPool pool;
     const struct {
-        int Count, Signals;
-        std::size_t Kept, Sections;
+        int Count, Signals, Kept, Sections;
     } cases[] = {{129, 3, 3, 3}, {64, 3, 3, 3}, {63, 3, 1, 1}, {193, 3, 0, 4}, {10, 2, 0, 1}};
     for (const auto& row : cases) {
         OwnedEvents sample(NumberedRows(150), {50, 50});
@@ -176,8 +163,8 @@ TEST(EventVectors, MakingReadyKeepsWhatFitsAndGivesTheRestUp) {
         operations.SynchronousSignalValue(sample.Sections, row.Count, row.Signals);
         EXPECT_EQ(CountsOf(sample.Sections), std::vector<int>(row.Sections, 0));
         EXPECT_EQ(sample.Sections.front()->SignalCount, row.Signals);
-        std::for_each(before.begin() + static_cast<std::ptrdiff_t>(row.Kept), before.end(),
-                      [](const EventSection* givenUp) { delete givenUp; });
+        for (int i = row.Kept; i < 3; ++i)
+            delete before[i];
     }
 }
 
@@ -217,54 +204,32 @@ TEST(EventVectors, CopiesFromAGlobalPositionOn) {
               "CopyData out of array capacity.");
 }
 
-/// Filters parallel to an event vector. Bits behind the last event are set and must not matter.
-struct Selection {
-    Selection(Events& sections, const std::function<bool(int)>& isSelected) {
-        OVFilterSection().SynchronousVectorSection(Filters, sections);
-        for (int event = 0; FilterSection * filter : Filters) {
-            filter->SetAll(true);
-            for (int e = 0; e < filter->Count; ++e)
-                filter->SetFlag(e, isSelected(event++));
-        }
-    }
-    ~Selection() { OVFilterSection().ReleaseVectorSection(Filters); }
-    std::vector<FilterSection*> Filters;
-};
-
-/// Every test runs once per instruction set.
-class EventKernels : public ::testing::TestWithParam<InstructionSet> {
-private:
-    ScopedInstructionSet set_{GetParam()};
-};
+using EventKernels = OnEverySet<1024>;
 INSTANTIATE_TEST_SUITE_P(EventVectors, EventKernels, ::testing::ValuesIn(AvailableInstructionSets()));
 
 TEST_P(EventKernels, ExtractionPacksTheSelectedEventsInOrder) {
-    const std::function<bool(int)> rules[] = {
-        [](int) { return false; }, [](int) { return true; }, [](int e) { return e < 128; },
-        [](int e) { return e >= 33 && e < 97; }, [](int e) { return std::cos(e * e) > 0.0; }};
-    const Rows rows = NumberedRows(300);
+    const Rows rows = NumberedRows(2500);
     std::vector<int> signals{2, 0, 2, 1};
-    const SmallPool pool;
     OwnedEvents source(rows, {1, 31, 32, 33, 0, 64});
-    for (const auto& isSelected : rules) {
+    for (const unsigned density : {0U, 1U, 4U, 7U, 8U}) {
+        Gate gate(CountsOf(source.Sections), density, density);
+        if (density == 4) gate.Sections[5]->SetFlag(0, 32, true);  // a full word before a mixed one
         Rows expected;
-        for (const auto& row : rows)
-            if (isSelected(static_cast<int>(row[0]))) expected.push_back({row[2], row[0], row[2], row[1]});
-        Selection selection(source.Sections, isSelected);
+        for (const auto& row : gate.Passing(rows))
+            expected.push_back({row[2], row[0], row[2], row[1]});
         OwnedEvents out;
-        operations.ExtractEventSection(out.Sections, source.Sections, selection.Filters, signals);
+        operations.ExtractEventSection(out.Sections, source.Sections, gate.Sections, signals);
         EXPECT_EQ(RowsOf(out.Sections), expected);
-        EXPECT_EQ(out.Sections.size(), expected.size() / 64 + 1);
+        EXPECT_EQ(out.Sections.size(), expected.size() / 1024 + 1);
     }
 }
 
 TEST_P(EventKernels, MatrixProductGivesTheBitsOfTheProductOfEveryRow) {
     for (const int signals : {1, 3, 4, 9}) {
-        const SmallPool pool(160);
         OVMatrix matrix(signals, signals);
         for (int i = 0; i < signals * signals; ++i)
             matrix.GetData()[i] = i % 5 == 0 ? 0.0 : std::sin(i);
-        const Rows rows = RandomRows(250, signals);
+        const Rows rows = RandomRows(1500, signals);
         Rows expected;
         for (const auto& row : rows) {
             std::vector<double> wide(row.begin(), row.end());
@@ -274,7 +239,7 @@ TEST_P(EventKernels, MatrixProductGivesTheBitsOfTheProductOfEveryRow) {
         OwnedEvents source(rows);
         OwnedEvents dest;
         operations.VectorEventSection_Multi_Matrix(source.Sections, matrix, dest.Sections);
-        EXPECT_TRUE(SameRows(RowsOf(dest.Sections), expected));
+        ExpectBits(dest.Sections, expected);
 
         // One section is made for the few events of two: the second is left out.
         OwnedEvents unpacked(Rows(rows.begin(), rows.begin() + 90), {70});
@@ -286,24 +251,19 @@ TEST_P(EventKernels, MatrixProductGivesTheBitsOfTheProductOfEveryRow) {
 
 TEST_P(EventKernels, WidthIsTheScaledQuotientAlsoInPlaceAndOneOverZero) {
     for (const std::size_t target : {0U, 1U, 2U}) {
-        const SmallPool pool(1024);
         Rows rows = RandomRows(1500, 3);
         OwnedEvents sample(rows);
         operations.CalcWidthSignalValue(sample.Sections, 0, 1, static_cast<int>(target), 1.7F);
         for (auto& row : rows)
             row[target] = row[1] == 0.0F ? 1.0F : row[0] / row[1] * 1.7F;
-        EXPECT_TRUE(SameRows(RowsOf(sample.Sections), rows));
+        ExpectBits(sample.Sections, rows);
     }
 }
 
 TEST(EventVectors, EqualityIsThatOfFloats) {
     const SmallPool pool;
-    Rows rows{{0.0F, 1.0F}};
-    OwnedEvents a(rows);
-    rows[0][0] = -0.0F;
-    OwnedEvents negativeZero(rows);
-    rows[0][1] = std::nanf("");
-    OwnedEvents withNaN(rows);
+    OwnedEvents a(Rows{{0.0F, 1.0F}}), negativeZero(Rows{{-0.0F, 1.0F}}),
+        withNaN(Rows{{0.0F, std::nanf("")}});
     EXPECT_TRUE(operations.CheckValueEqual(a.Sections, negativeZero.Sections));
     EXPECT_FALSE(operations.CheckValueEqual(withNaN.Sections, withNaN.Sections));
 }
@@ -322,43 +282,39 @@ TEST(EventVectors, ATwinWithoutARawSectionIsDroppedUnreleased) {
     delete dropped;
 }
 
-TEST(EventVectors, AFailingPoolLosesNothing) {
-    std::vector<bool> reuse{true, false, false};
-    std::vector<bool> nothing(3, false);
-    std::vector<int> map{-1, 1, -1};
-    const std::function<void(Events & from, Events & to)> growing[] = {
-        [](Events& from, Events& to) { operations.AppendEventSection(from, to, 50); },
-        [&](Events& from, Events& to) { operations.AppendEventSectionCompensation(from, to, from, reuse); },
-        [&](Events& from, Events& to) {
-            operations.SynchronousEventSectionCompensation(to, from, reuse);
-            operations.SynchronousEventSectionCompensation(to, from, nothing);
-        },
-        [](Events& from, Events& to) {
-            operations.VectorEventSection_Multi_Matrix(from, OVMatrix(3, 3), to);
-        },
-        [](Events& from, Events& to) {
-            std::vector<int> signals{0, 2, 0};
-            Selection all(from, [](int) { return true; });
-            operations.ExtractEventSection(to, from, all.Filters, signals);
-        },
-        [&](Events& from, Events& to) {
+TEST(EventVectors, AFailingPoolLosesNothingAndLeavesRecordsAsTheyWere) {
+    std::vector<bool> reuse{true, false, false}, nothing(3, false);
+    std::vector<int> map{-1, 1, -1}, signals{0, 2, 0};
+    for (int form = 0; form < 9; ++form) {
+        ForEachFailingAllocation([&] {
+            OwnedEvents rows(NumberedRows(100));
+            Gate all(CountsOf(rows.Sections), 0, 8);
+            Pair pair;
+            pair.Raw.swap(rows.Sections);
+            Events &from = pair.Raw, &to = pair.Twin;
+            EventSection record;
             try {
-                operations.ExtractEventSection(to, from, map);
-                operations.ExtractEventSection(to, from, map);
+                if (form == 0) operations.AppendEventSection(from, to, 50);
+                if (form == 1) operations.AppendEventSectionCompensation(from, to, from, reuse);
+                if (form == 2) operations.SynchronousEventSectionCompensation(to, from, reuse);
+                if (form == 2) operations.SynchronousEventSectionCompensation(to, from, nothing);
+                if (form == 3) operations.VectorEventSection_Multi_Matrix(from, OVMatrix(3, 3), to);
+                if (form == 4) operations.ExtractEventSection(to, from, all.Sections, signals);
+                if (form == 5) operations.ExtractEventSection(to, from, map);
+                if (form == 5) operations.ExtractEventSection(to, from, map);
+                if (form == 6) record.Initial(*from[0], map);
+                if (form == 7) record.Clone(*from[0]);
+                if (form == 8) record.InsertSignal(0);
             } catch (OutOfMemoryException*) {
-                EXPECT_TRUE(to.empty());
+                EXPECT_TRUE(form != 5 || to.empty());
+                EXPECT_EQ(record.Signals, nullptr);
                 throw;
             }
+            record.Release(*from[0]);
+            if (form != 5) return;
             EXPECT_EQ(CountsOf(to), (std::vector{64, 36, 64, 36}));
             EXPECT_EQ(operations.CheckNoReuseCount(to, from), 2);
             operations.ReleaseVectorSection(to, map);
-        }};
-    for (const auto& grow : growing) {
-        ForEachFailingAllocation([&] {
-            OwnedEvents from(NumberedRows(100));
-            Pair pair;
-            pair.Raw.swap(from.Sections);
-            grow(pair.Raw, pair.Twin);
         });
     }
 }

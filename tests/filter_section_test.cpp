@@ -1,14 +1,13 @@
-// Filter vectors against models in std::vector<bool>, cut at awkward places, with arbitrary bits above every
-// Count.
+// Filters and vectors of them against models in std::vector<bool>, cut at awkward places, with arbitrary bits
+// above every Count.
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <random>
+#include <utility>
 
 #include <orvane/OVFilterSection.h>
 
 #include "support/instruction_sets.h"
-#include "support/pool.h"
 #include "support/population.h"
 
 namespace Orvane::Testing {
@@ -17,16 +16,14 @@ namespace {
 using EventBits = std::vector<bool>;
 
 OVFilterSection operations;
-const Counts Cuts{1, 31, 32, 33, 0, 64, 13};
+const Counts Cuts{1, 31, 32, 33, 0, 1500, 13};
+constexpr int Total = 1610;
 
 long CountSet(const EventBits& bits) {
     return static_cast<long>(std::count(bits.begin(), bits.end(), true));
 }
 
-class FilterVectors : public ::testing::TestWithParam<InstructionSet> {
-    SmallPool pool_;
-    ScopedInstructionSet set_{GetParam()};
-};
+using FilterVectors = OnEverySet<4096>;
 INSTANTIATE_TEST_SUITE_P(Sets, FilterVectors, ::testing::ValuesIn(AvailableInstructionSets()));
 
 /// An operation that combines `real`, perhaps inverted and within `parent`, into `dest`.
@@ -67,20 +64,16 @@ const Combination Combinations[] = {
 };
 
 TEST_P(FilterVectors, CombineBitsAndKeepHeadersAndStoredCounts) {
-    const Counts destCuts{1, 31, 32, 30, 0, 64, 13};
+    const Counts destCuts{1, 31, 32, 30, 0, 1500, 13};
     for (const Combination& form : Combinations) {
         SCOPED_TRACE(&form - Combinations);
-        Gate dest(destCuts, 1), real(Cuts, 2), parent({1, 31, 30, 33, 0, 64, 12}, 3), shorter({1}, 4);
+        Gate dest(destCuts, 1), real(Cuts, 2), parent({1, 31, 30, 33, 0, 1500, 12}, 3), shorter({1}, 4);
         EventBits expected;
-        for (std::size_t s = 0; s < Cuts.size(); ++s) {
-            for (int i = 0; i < 64; ++i) {
+        for (std::size_t s = 0; s < Cuts.size(); ++s)
+            for (int i = 0; i < 4096; ++i)
                 expected.push_back(form.Model(*dest.Sections[s], *real.Sections[s], *parent.Sections[s], i));
-            }
-        }
         EXPECT_FALSE(form.Run(dest, shorter, parent));
-        if (form.WithParent != nullptr) {
-            EXPECT_FALSE(form.Run(dest, real, shorter));
-        }
+        EXPECT_FALSE(form.WithParent != nullptr && form.Run(dest, real, shorter));
         const Counts stored = dest.TrueCounts();
         EXPECT_TRUE(form.Run(dest, real, parent));
         EXPECT_EQ(dest.Storage(), expected);
@@ -101,53 +94,14 @@ TEST_P(FilterVectors, CopyTakesHeadersAndWholeBytesOnly) {
     EXPECT_EQ(dest.Sections[0]->Tag1, 7);
 }
 
-TEST_P(FilterVectors, CountAndReadEvents) {
-    Gate a(Cuts, 1), b({1, 31, 30, 64, 5, 64}, 2);
-    const EventBits events = a.Events();
-    EXPECT_EQ(operations.GetTotalCount(a.Sections), 174);
-    EXPECT_EQ(operations.GetTrueTotalCount(a.Sections), CountSet(events));
-    for (int i = 0; i < 174; ++i) {
-        ASSERT_EQ(operations.GetValue(a.Sections, i), events[static_cast<std::size_t>(i)]) << i;
-    }
-    EXPECT_FALSE(operations.GetValue(a.Sections, -1) || operations.GetValue(a.Sections, 174));
-
-    long common = 0;
-    b.Sections[1]->TrueCount = 0;
-    for (const std::size_t s : {0, 2, 3, 4, 5}) {
-        for (int i = 0; i < std::min(a.Sections[s]->Count, b.Sections[s]->Count); ++i) {
-            common += (*a.Sections[s])[i] && (*b.Sections[s])[i];
-        }
-    }
-    EXPECT_EQ(operations.GetTrueTotalCount(a.Sections, b.Sections), common);
-    EXPECT_EQ(operations.GetTrueTotalCount(b.Sections, a.Sections), common);
-    EXPECT_EQ(operations.CalcListSectionTrueCount(b.Sections), CountSet(b.Events()));
-    EXPECT_EQ(b.Sections[1]->TrueCount, 0);
-}
-
-TEST_P(FilterVectors, FindTheEventThatCompletesACount) {
-    Gate gate(Cuts, 5);
-    const EventBits events = gate.Events();
-    int k = 0;
-    for (std::size_t i = 0; i < events.size(); ++i) {
-        if (!events[i]) continue;
-        EXPECT_EQ(operations.GetCountByTrueCount(gate.Sections, ++k), static_cast<long>(i) + 1);
-    }
-    EXPECT_EQ(operations.GetCountByTrueCount(gate.Sections, 0), 0);
-    EXPECT_EQ(operations.GetCountByTrueCount(gate.Sections, k + 1), 174);
-    const int truth = gate.Sections[1]->TrueCount;
-    gate.Sections[1]->TrueCount = 1000;
-    EXPECT_EQ(operations.GetCountByTrueCount(gate.Sections, 500), 32) << "the search ends with the section";
-    EXPECT_EQ(gate.Sections[1]->TrueCount, truth) << "which promised too much";
-}
-
 TEST_P(FilterVectors, SelectAtEitherEnd) {
-    for (const int n : {-1, 0, 1, 2, 33, 64, 65, 173, 174, 400}) {
+    for (const int n : {-1, 0, 1, 2, 33, 64, 65, Total - 1, Total, 2 * Total}) {
         SCOPED_TRACE(n);
         Gate first(Cuts, 1, 0), last(Cuts, 1, 0);
         operations.GetFilterSectionByCount(first.Sections, n);
         operations.GetFilterSectionByCountReverse(last.Sections, n);
-        EventBits expected(174, false);
-        std::fill_n(expected.begin(), std::clamp(n, 0, 174), true);
+        EventBits expected(Total, false);
+        std::fill_n(expected.begin(), std::clamp(n, 0, Total), true);
         EXPECT_EQ(first.Events(), expected);
         EXPECT_EQ(last.Events(), EventBits(expected.rbegin(), expected.rend()));
         EXPECT_EQ(operations.GetTrueTotalCount(first.Sections), CountSet(expected));
@@ -166,12 +120,11 @@ TEST_P(FilterVectors, SelectAFractionEvenlySpacedInFloat) {
         operations.GetFilterSectionByPercent(gate.Sections, fraction);
         EventBits expected;
         float position = 0;
-        int left = static_cast<int>(174.0F * fraction);
+        int left = static_cast<int>(Total * fraction);
         for (const int count : Cuts) {
-            EventBits section(static_cast<std::size_t>(count));
-            for (; position < static_cast<float>(count) && left > 0; --left, position += 1.0F / fraction) {
+            EventBits section(count);
+            for (; position < static_cast<float>(count) && left > 0; --left, position += 1.0F / fraction)
                 section[static_cast<std::size_t>(position)] = true;
-            }
             position -= static_cast<float>(count);
             expected.insert(expected.end(), section.begin(), section.end());
         }
@@ -181,52 +134,43 @@ TEST_P(FilterVectors, SelectAFractionEvenlySpacedInFloat) {
     }
 }
 
-/// Large sections, so that whole tiles and blocks of words occur.
-class LargeFilters : public ::testing::TestWithParam<InstructionSet> {
-    SmallPool pool_{4096};
-    ScopedInstructionSet set_{GetParam()};
-};
-INSTANTIATE_TEST_SUITE_P(Sets, LargeFilters, ::testing::ValuesIn(AvailableInstructionSets()));
-
-TEST_P(LargeFilters, NumberEventsByTheLastGateThatContainsThem) {
+TEST_P(FilterVectors, NumberEventsByTheLastGateThatContainsThem) {
+    using Numbers = std::vector<unsigned short>;
     constexpr unsigned short Untouched = 4711;
     for (const int gateCount : {0, 1, 2, 3, 17, 130}) {
         for (const int count : {0, 1, 33, 511, 512, 1500, 4096}) {
             SCOPED_TRACE(::testing::Message() << gateCount << " gates, " << count << " events");
-            const Gate base({count}, 1), gates(Counts(static_cast<std::size_t>(gateCount), count), 2, 1);
+            Gate base({count}, 1), gates(Counts(gateCount, count), 2, 1);
             FilterSection* const population = base.Sections[0];
-            Filters filters = gates.Sections;
             const int numbered = gateCount == 0 ? 0 : count;
-            std::vector<unsigned short> all(4096, 0), inBase(4096, Untouched), packed;
+            Numbers all(4096, 0), inBase(4096, Untouched), packed;
             for (int i = 0; i < count; ++i) {
                 int number = gateCount;
-                while (number > 0 && !filters[static_cast<std::size_t>(number) - 1]->GetFlag(i)) {
+                while (number > 0 && !gates.Sections[number - 1]->GetFlag(i))
                     --number;
-                }
                 const bool isIn = population->GetFlag(i);
-                const auto n = static_cast<unsigned short>(number);
-                if (isIn) packed.push_back(n);
+                if (isIn) packed.push_back(static_cast<unsigned short>(number));
                 if (i >= numbered) continue;
-                all[static_cast<std::size_t>(i)] = n;
-                inBase[static_cast<std::size_t>(i)] = isIn && n > 0 ? n : 65535;
+                all[i] = static_cast<unsigned short>(number);
+                inBase[i] = isIn && number > 0 ? all[i] : 65535;
             }
             ModelSection out;
             out.Initial();
-            operations.CalcFilterIndex(filters, &out);
+            operations.CalcFilterIndex(gates.Sections, &out);
             EXPECT_EQ(out.Count, numbered);
-            EXPECT_EQ(std::vector<unsigned short>(out.Values, out.Values + 4096), all);
+            EXPECT_EQ(Numbers(out.Values, out.Values + 4096), all);
             std::fill_n(out.Values, 4096, Untouched);
-            operations.CalcFilterIndex(population, filters, &out);
+            operations.CalcFilterIndex(population, gates.Sections, &out);
             EXPECT_EQ(out.Count, numbered);
-            EXPECT_EQ(std::vector<unsigned short>(out.Values, out.Values + 4096), inBase);
-            operations.CalcFilterIndexInTrue(population, filters, &out);
-            EXPECT_EQ(std::vector<unsigned short>(out.Values, out.Values + out.Count), packed);
+            EXPECT_EQ(Numbers(out.Values, out.Values + 4096), inBase);
+            operations.CalcFilterIndexInTrue(population, gates.Sections, &out);
+            EXPECT_EQ(Numbers(out.Values, out.Values + out.Count), packed);
             out.Release();
         }
     }
 }
 
-TEST_P(LargeFilters, PackTheGatesOfAPopulation) {
+TEST_P(FilterVectors, PackTheGatesOfAPopulation) {
     const Counts counts{4096, 1, 0, 4096, 33, 4062, 4096};  // the whole ends at a border
     for (const unsigned density : {0U, 1U, 4U, 8U}) {
         Gate base(counts, 1, density), first(counts, 2), second(counts, 3, 7), packed({5}, 4), made;
@@ -242,6 +186,68 @@ TEST_P(LargeFilters, PackTheGatesOfAPopulation) {
             EXPECT_EQ(out->Fields(&FilterSection::Count), full);
         }
     }
+}
+
+/// Sections so large that every stretch of the counting kernels occurs.
+using LargeFilters = OnEverySet<65536>;
+INSTANTIATE_TEST_SUITE_P(Sets, LargeFilters, ::testing::ValuesIn(AvailableInstructionSets()));
+
+TEST_P(LargeFilters, CountReadAndFindEvents) {
+    for (const unsigned density : {0U, 1U, 8U}) {
+        SCOPED_TRACE(density);
+        Gate a({1, 31, 32, 33, 0, 3079, 6175, 30784, 65535, 65536, 13}, 1, density);
+        Gate b({1, 31, 30, 64, 5, 3072, 6175, 30790, 65535, 65536}, 2, 5);
+        const EventBits events = a.Events();
+        const auto total = static_cast<int>(events.size());
+        EXPECT_EQ(operations.GetTotalCount(a.Sections), total);
+        EXPECT_EQ(operations.GetTrueTotalCount(a.Sections), CountSet(events));
+        int k = 0;
+        for (int i = 0; i < total; ++i) {
+            ASSERT_EQ(operations.GetValue(a.Sections, i), events[i]) << i;
+            if (events[i]) ++k;
+            if (!events[i] || (k > 200 && k % 97 != 0)) continue;
+            ASSERT_EQ(operations.GetCountByTrueCount(a.Sections, k), i + 1);
+        }
+        EXPECT_FALSE(operations.GetValue(a.Sections, -1) || operations.GetValue(a.Sections, total));
+        EXPECT_EQ(operations.GetCountByTrueCount(a.Sections, 0), 0);
+        EXPECT_EQ(operations.GetCountByTrueCount(a.Sections, k + 1), total);
+
+        long common = 0;
+        const int truth = std::exchange(b.Sections[1]->TrueCount, 0);
+        for (const int s : {0, 2, 3, 4, 5, 6, 7, 8, 9})
+            for (int i = 0; i < std::min(a.Sections[s]->Count, b.Sections[s]->Count); ++i)
+                common += (*a.Sections[s])[i] && (*b.Sections[s])[i];
+        EXPECT_EQ(operations.GetTrueTotalCount(a.Sections, b.Sections), common);
+        EXPECT_EQ(operations.GetTrueTotalCount(b.Sections, a.Sections), common);
+        EXPECT_EQ(operations.CalcListSectionTrueCount(b.Sections), CountSet(b.Events()));
+        EXPECT_EQ(b.Sections[1]->TrueCount, 0);
+
+        // A count that promised too much ends the search, and is corrected only when the bits run out.
+        b.Sections[1]->TrueCount = 1000;
+        EXPECT_LT(operations.GetCountByTrueCount(b.Sections, 2), 32);
+        EXPECT_EQ(operations.GetCountByTrueCount(b.Sections, 500), 32);
+        EXPECT_EQ(b.Sections[1]->TrueCount, truth);
+    }
+}
+
+TEST(FilterSections, RangesAndCopiesLeaveTheOtherBitsAlone) {
+    const SmallPool pool(160);
+    const Gate gate({100}, 1), other({0});
+    FilterSection &filter = *gate.Sections[0], &copy = *other.Sections[0];
+    EventBits model = gate.Storage();
+    for (const int start : {0, 1, 31, 32, 33, 64}) {
+        for (const int count : {-1, 0, 1, 30, 31, 32, 33, 63, 64, 65, 96}) {
+            const bool value = (start + count) % 3 != 0;
+            filter.SetFlag(start, count, value);
+            std::fill_n(model.begin() + start, std::max(count, 0), value);
+            ASSERT_EQ(gate.Storage(), model) << start << ", " << count;
+        }
+    }
+    copy.Copy(filter);
+    EXPECT_EQ(other.Storage(), model);
+    EXPECT_EQ(copy.Count, 100);
+    copy.SetAll(true);
+    EXPECT_EQ(other.Storage(), EventBits(160, true));
 }
 
 TEST(FilterSections, AreMadeParallelAndCleared) {

@@ -1,15 +1,13 @@
-// Section records: who returns which column, moves of events, filter bits, counters; the section utility.
+// Section records: who returns which column, moves of events, counters; the section utility.
 #include <gtest/gtest.h>
 
 #include <bit>
 #include <climits>
 #include <cmath>
-#include <functional>
 #include <limits>
 #include <memory>
 #include <numeric>
 #include <random>
-#include <string>
 #include <vector>
 
 #include <orvane/SectionUtility.h>
@@ -20,19 +18,13 @@
 #include "tests/support/awkward.h"
 #include "tests/support/exceptions.h"
 #include "tests/support/instruction_sets.h"
-#include "tests/support/pool.h"
+#include "tests/support/pool_kinds.h"
 
 namespace Orvane::Testing {
 namespace {
 
 constexpr float Infinity = std::numeric_limits<float>::infinity();
 constexpr float NaN = std::numeric_limits<float>::quiet_NaN();
-
-int ColumnsInUse() {
-    MemoryStatisticsInfo info;
-    MemoryManage::GetStatisticsInfo(info);
-    return info.UsedFloatCount;
-}
 
 /// An event section of full columns, with numbers that differ between columns and events.
 struct FullEvents : EventSection {
@@ -65,7 +57,7 @@ TEST(EventSections, EveryFormOfSharingReturnsEachColumnExactlyOnce) {
             if (form == 1) section.Release(raw);
             if (form == 2) section.Release(map);
             if (form == 3) section.Release_Share();
-            EXPECT_EQ(ColumnsInUse(), 3);
+            EXPECT_EQ(Statistics().UsedFloatCount, 3);
             EXPECT_EQ(section.Signals, nullptr);
         }
         // The wrong form returns shared columns twice. The pool says so, and releasing again goes on.
@@ -74,7 +66,7 @@ TEST(EventSections, EveryFormOfSharingReturnsEachColumnExactlyOnce) {
         EXPECT_EQ(MessageOf<RepeatFreeException>([&] { section.Release(); }), "Repeat free memory.");
         while (MessageOf<RepeatFreeException>([&] { section.Release(); }) != "nothing thrown") {
         }
-        EXPECT_EQ(ColumnsInUse(), 0);
+        EXPECT_EQ(Statistics().UsedFloatCount, 0);
     }
 }
 
@@ -136,7 +128,6 @@ TEST(EventSections, CopiesAndRemovalsAgreeWithAModel) {
             if (form == 2) section.RemoveData(start, count, raw);
         };
         section.Initial(raw, flags);
-        std::fill_n(raw[1], 64, 42.0F);
         std::vector<std::vector<float>> model(3);
         for (int step = 0; step < 500; ++step) {
             const int held = section.Count;
@@ -149,7 +140,7 @@ TEST(EventSections, CopiesAndRemovalsAgreeWithAModel) {
                 std::vector<float>& column = model[s];
                 if (adds) column.insert(column.end(), source[s] + start, source[s] + start + count);
                 if (!adds) column.erase(column.begin() + start, column.begin() + start + count);
-                if (flags[s]) column.assign(column.size(), 42.0F);
+                if (flags[s]) column.assign(source[s], source[s] + column.size());
                 ASSERT_EQ(std::vector<float>(section[s], section[s] + section.Count), column);
             }
         }
@@ -180,27 +171,6 @@ TEST(EventSections, SignalsAreInsertedAndRemovedInPlace) {
     section.Release_Share();
 }
 
-TEST(Sections, AFailedOperationTakesNothingAndLeavesARecordThatCanBeReleased) {
-    std::vector<int> map{0, -1, -1, -1};
-    const std::vector<std::function<void(EventSection&, EventSection&)>> operations{
-        [&](EventSection& raw, EventSection& section) { section.Initial(raw, map); },
-        [](EventSection& raw, EventSection& section) { section.Clone(raw); },
-        [](EventSection&, EventSection& section) { section.InsertSignal(0); }};
-    for (const auto& operation : operations) {
-        ForEachFailingAllocation([&] {
-            FullEvents raw(4);
-            EventSection section;
-            try {
-                operation(raw, section);
-            } catch (OutOfMemoryException*) {
-                EXPECT_EQ(section.Signals, nullptr);
-                throw;
-            }
-            section.Release(raw);
-        });
-    }
-}
-
 /// Initial and Release of the records with one piece of storage.
 template <class Section>
 void CheckSingleStorage(int capacity, int count) {
@@ -226,9 +196,7 @@ TEST(Sections, OnlyCountersAreCountedWhenTheyAreInitialised) {
 
 TEST(CountSections, AreScaledWithHalvesGoingUp) {
     std::vector<int> counters{1, 2, 3, -1, -2, -3, 7};
-    CountSection section;
-    section.Counts = counters.data();
-    section.Count = 7;
+    CountSection section{{7}, counters.data()};
     section.DivValue(2);
     EXPECT_EQ(counters, (std::vector<int>{1, 1, 2, 0, 0, -1, 4}));
     section[1] = INT_MAX;
@@ -238,93 +206,16 @@ TEST(CountSections, AreScaledWithHalvesGoingUp) {
     EXPECT_EQ(counters, std::vector<int>(7, 0));
 }
 
-class EveryInstructionSet : public ::testing::TestWithParam<InstructionSet> {
-private:
-    ScopedInstructionSet set_{GetParam()};
-};
+using EveryInstructionSet = OnEverySet<>;
 INSTANTIATE_TEST_SUITE_P(Sections, EveryInstructionSet, ::testing::ValuesIn(AvailableInstructionSets()));
-
-/// A filter over its own words: a bit is set with a chance of `density` / 8, also above `Count`.
-struct TestFilter : FilterSection {
-    TestFilter(int count, int capacity, unsigned density) : Words(capacity / 32) {
-        Flags = Words.data();
-        Count = count;
-        Capacity = capacity;
-        std::mt19937 random(count + density);
-        for (int i = 0; i < Capacity; ++i)
-            SetFlag(i, random() % 8 < density);
-    }
-    std::vector<bool> Bits() const {
-        std::vector<bool> bits(Capacity);
-        for (int i = 0; i < Capacity; ++i)
-            bits[i] = GetFlag(i);
-        return bits;
-    }
-    std::vector<std::uint32_t> Words;
-};
-
-TEST_P(EveryInstructionSet, FilterBitsAgreeWithAModel) {
-    for (const int count : {0, 1, 31, 32, 33, 3072 + 7, 6144 + 31, 30720 + 64, 65535, 65536}) {
-        for (const unsigned density : {0U, 1U, 8U}) {
-            TestFilter filter(count, 65536, density), other(count, 65536, 5), longer(count + 1, 65536, 4);
-            std::vector<bool> model = filter.Bits();
-            std::vector<int> positions;
-            int common = 0;
-            for (int i = 0; i < count; ++i) {
-                if (model[i]) positions.push_back(i);
-                common += static_cast<int>(model[i] && other[i]);
-            }
-            const int set = static_cast<int>(positions.size());
-            ASSERT_EQ(CountCommonBits(filter.Flags, other.Flags, count), common);
-            for (int k = 1; k <= set; k += 1 + set / 97)
-                ASSERT_EQ(filter.GetCountByTrueCount(k), positions[k - 1] + 1) << count;
-            EXPECT_EQ(filter.GetCountByTrueCount(0), 0);
-            EXPECT_EQ(filter.TrueCount, 0) << "stored only when the set bits run out";
-            EXPECT_EQ(filter.GetCountByTrueCount(set + 1), count);
-            ASSERT_EQ(filter.TrueCount, set) << count;
-            // A filter of another length, and the filter itself, change nothing. Whole words take part.
-            filter.And(longer);
-            filter.Not();
-            filter.And(other);
-            filter.Not();
-            filter.Or(longer);
-            for (int i = 0; i < WordsFor(count) * 32; ++i)
-                model[i] = model[i] || !other[i];
-            ASSERT_EQ(filter.Bits(), model) << count;
-            filter.Or(other);
-            filter.Or(filter);
-            std::fill_n(model.begin(), WordsFor(count) * 32, true);
-            ASSERT_EQ(filter.Bits(), model) << count;
-        }
-    }
-}
-
-TEST(FilterSections, RangesAndCopiesLeaveTheOtherBitsAlone) {
-    TestFilter filter(100, 160, 4), copy(0, 160, 0);
-    std::vector<bool> model = filter.Bits();
-    for (const int start : {0, 1, 31, 32, 33, 64}) {
-        for (const int count : {-1, 0, 1, 30, 31, 32, 33, 63, 64, 65, 96}) {
-            const bool value = (start + count) % 3 != 0;
-            filter.SetFlag(start, count, value);
-            std::fill_n(model.begin() + start, std::max(count, 0), value);
-            ASSERT_EQ(filter.Bits(), model) << start << ", " << count;
-        }
-    }
-    copy.Copy(filter);
-    EXPECT_EQ(copy.Bits(), model);
-    EXPECT_EQ(copy.Count, 100);
-    copy.SetAll(true);
-    EXPECT_EQ(copy.Bits(), std::vector<bool>(160, true));
-}
 
 TEST_P(EveryInstructionSet, ExtremesHaveTheBitsOfTheOneByOneLoop) {
     for (unsigned seed = 0; seed < 200; ++seed) {
         std::vector<float> values = RandomFloats(static_cast<int>(seed), seed);
         // One column in two is made of zeros of both signs and of values on one side of them.
-        for (float& value : values) {
-            const float other = seed % 4 == 0 ? 1.0F : -1.0F;
+        const float other = seed % 4 == 0 ? 1.0F : -1.0F;
+        for (float& value : values)
             if (seed % 2 == 0) value = std::fabs(value) < 100.0F ? std::copysign(0.0F, value) : other;
-        }
         for (const float start : {0.0F, -0.0F, -5.0F, 5.0F, NaN, Infinity, -Infinity}) {
             float max = start, min = start, expectedMax = start, expectedMin = start;
             for (const float value : values) {
@@ -340,10 +231,8 @@ TEST_P(EveryInstructionSet, ExtremesHaveTheBitsOfTheOneByOneLoop) {
 
 /// A section over the caller's values.
 SignalSection Over(std::vector<float>& values) {
-    SignalSection section;
-    section.Count = section.Capacity = static_cast<int>(values.size());
-    section.Values = values.data();
-    return section;
+    const auto count = static_cast<int>(values.size());
+    return {{count, count}, values.data()};
 }
 
 TEST_P(EveryInstructionSet, ConversionKeepsTheLow16BitsOfTheTruncatedValue) {
