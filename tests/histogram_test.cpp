@@ -118,7 +118,9 @@ TEST(Histogram, AddsWhatCountingOneByOneCounts) {
         const SmallPool pool(row.Capacity);
         Scene scene(row);
         const auto expected = scene.Expected(2);
-        const auto background = static_cast<std::size_t>(scene.FindBackgroundIndex());
+        const auto background =
+            std::string(row.Gates).find_first_of(row.Form < Shown::Population ? "bn" : "b");
+        EXPECT_EQ(scene.FindBackgroundIndex(), static_cast<int>(background));
         for (const InstructionSet set : AvailableInstructionSets()) {
             SCOPED_TRACE(::testing::PrintToString(set) + ": " + row.Gates + " of " +
                          std::to_string(row.ShownEvents) + " among " + std::to_string(row.Events));
