@@ -38,9 +38,6 @@ void ExpectRefusal(const Storage& kind, void* p) {
 class Traffic {
 public:
     explicit Traffic(Fuzz::Input& input) : input_(input) {}
-    Traffic(const Traffic&) = delete;
-    Traffic& operator=(const Traffic&) = delete;
-    ~Traffic() { MemoryManage::ReleaseAll(); }
 
     void Step() {
         const int draw = input_.Below(100);
@@ -145,5 +142,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         traffic.Step();
         traffic.ExpectAgreement();
     }
+    MemoryManage::ReleaseAll();
     return 0;
 }

@@ -70,29 +70,21 @@ private:
     std::array<Held, 64> held_{};
 };
 
-/// Runs with every thread waiting.
-class Intermission {
-public:
-    void operator()() noexcept {
-        const std::string fault = FindPoolFault();
-        if (!fault.empty()) Fail(fault);
-        if (CountBytesHandedOut() != MemoryManage::GetUseSize()) Fail("bytes handed out are miscounted");
-        if (count_++ == 0) sizeAtFirst_ = MemoryManage::GetNewSize();
-        if (MemoryManage::GetNewSize() > 2 * sizeAtFirst_) Fail("the pool keeps growing");
-        if (count_ % (Intervals / 10) == 0)
-            std::cout << count_ << " %: " << (MemoryManage::GetNewSize() >> 20) << " MiB" << std::endl;
-    }
-
-private:
-    int count_ = 0;
-    std::int64_t sizeAtFirst_ = 0;
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
     const std::int64_t steps = argc > 1 ? std::atoll(argv[1]) : 100'000'000;
-    std::barrier intermission(Threads, Intermission());
+    int count = 0;
+    std::int64_t sizeAtFirst = 0;
+    std::barrier intermission(Threads, [&]() noexcept {  // every thread waits
+        const std::string fault = FindPoolFault();
+        if (!fault.empty()) Fail(fault);
+        if (CountBytesHandedOut() != MemoryManage::GetUseSize()) Fail("bytes handed out are miscounted");
+        if (count++ == 0) sizeAtFirst = MemoryManage::GetNewSize();
+        if (MemoryManage::GetNewSize() > 2 * sizeAtFirst) Fail("the pool keeps growing");
+        if (count % (Intervals / 10) == 0)
+            std::cout << count << " %: " << (MemoryManage::GetNewSize() >> 20) << " MiB" << std::endl;
+    });
     const auto work = [&](unsigned char mark) {
         Worker worker(mark);
         for (int interval = 0; interval < Intervals; ++interval) {
