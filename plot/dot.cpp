@@ -33,48 +33,45 @@ private:
     FilterSection section_;
 };
 
-/// The gates' filters of one section after another, for the numbering of events.
-class GateFilters {
+/// The filters that number the events of one section after another: the gates', but the population's in place
+/// of the first gate's where there is one.
+class NumberingFilters {
 public:
-    explicit GateFilters(const std::vector<OVPlotData_GateInfo*>& gates) : gates_(gates) {
-        const bool needsEvery = std::any_of(gates.begin(), gates.end(), [](const OVPlotData_GateInfo* gate) {
-            return gate->Filters == nullptr;
-        });
-        if (needsEvery) every_.emplace();
+    NumberingFilters(const std::vector<OVPlotData_GateInfo*>& gates,
+                     const std::vector<FilterSection*>* population) {
+        for (const OVPlotData_GateInfo* gate : gates)
+            vectors_.push_back(gate->Filters);
+        if (population != nullptr) vectors_.front() = population;
+        if (std::find(vectors_.begin(), vectors_.end(), nullptr) != vectors_.end()) every_.emplace();
     }
 
     /// The filters of section `k`, which has `count` events.
     std::vector<FilterSection*>& Of(std::size_t k, int count) {
         filters_.clear();
-        for (const OVPlotData_GateInfo* gate : gates_)
-            filters_.push_back(gate->Filters == nullptr ? every_->Of(count) : (*gate->Filters)[k]);
-        return filters_;
-    }
-
-    /// The same with `population` in place of the first gate.
-    std::vector<FilterSection*>& Of(std::size_t k, FilterSection* population) {
-        Of(k, population->Count).front() = population;
+        for (const std::vector<FilterSection*>* filters : vectors_)
+            filters_.push_back(filters == nullptr ? every_->Of(count) : (*filters)[k]);
         return filters_;
     }
 
 private:
-    const std::vector<OVPlotData_GateInfo*>& gates_;
+    std::vector<const std::vector<FilterSection*>*> vectors_;
     std::optional<EveryEventFilter> every_;
     std::vector<FilterSection*> filters_;
 };
 
-/// Marks the pixels of `events`, by gate if there are several: `number(filters, k, numbers)` then stores the
-/// gate numbers of the events of section k.
+/// Marks the pixels of `events`, those of `population` if it is not null, by gate if there are several:
+/// `number(filters, k, numbers)` then stores the gate numbers of the events of section k.
 template <class Events, class Number>
 void RenderEvents(const OVPlotData& data, const OVBitmapData& bitmap, IOVCoordinateTransformerX& x,
-                  IOVCoordinateTransformerY& y, const Events& events, const Number& number) {
+                  IOVCoordinateTransformerY& y, const Events& events,
+                  const std::vector<FilterSection*>* population, const Number& number) {
     assert(!data.Gates->empty());
     if (data.Gates->size() == 1) {
         WalkPixels(*data.XSections, *data.YSections, x, y, events,
                    [&](std::size_t /*k*/, const Pixels& pixels) { MarkCells(bitmap, pixels, 1); });
         return;
     }
-    GateFilters filters(*data.Gates);
+    NumberingFilters filters(*data.Gates, population);
     TemporaryModel numbers;
     WalkPixels(*data.XSections, *data.YSections, x, y, events, [&](std::size_t k, const Pixels& pixels) {
         number(filters, k, numbers.Get());
@@ -97,18 +94,18 @@ void OVPlotViewDot::RenderPlot(OVPlotData& data, OVBitmapData& bitmap, IOVCoordi
 
 void OVPlotViewDot::RenderPlot_All(OVPlotData& data, OVBitmapData& bitmap, IOVCoordinateTransformerX* x,
                                    IOVCoordinateTransformerY* y) const {
-    const auto number = [&](GateFilters& filters, std::size_t k, ModelSection* numbers) {
+    const auto number = [&](NumberingFilters& filters, std::size_t k, ModelSection* numbers) {
         OVFilterSection().CalcFilterIndex(filters.Of(k, (*data.XSections)[k]->Count), numbers);
     };
-    RenderEvents(data, bitmap, *x, *y, EveryEvent{}, number);
+    RenderEvents(data, bitmap, *x, *y, EveryEvent{}, nullptr, number);
 }
 
 void OVPlotViewDot::RenderPlot_Part(OVPlotData& data, OVBitmapData& bitmap, IOVCoordinateTransformerX* x,
                                     IOVCoordinateTransformerY* y, std::vector<FilterSection*>& population) {
-    const auto number = [&](GateFilters& filters, std::size_t k, ModelSection* numbers) {
-        OVFilterSection().CalcFilterIndexInTrue(population[k], filters.Of(k, population[k]), numbers);
+    const auto number = [&](NumberingFilters& filters, std::size_t k, ModelSection* numbers) {
+        OVFilterSection().CalcFilterIndexInTrue(population[k], filters.Of(k, population[k]->Count), numbers);
     };
-    RenderEvents(data, bitmap, *x, *y, PopulationEvents{population}, number);
+    RenderEvents(data, bitmap, *x, *y, PopulationEvents{population}, &population, number);
 }
 
 void OVPlotViewDot::SetBitmapColor(OVBitmapData& bitmap, int* colors, int count) {
