@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tests/support/fcs_builder.h"
+#include "tests/support/gating_ml.h"
 
 namespace {
 
@@ -45,16 +46,21 @@ void AddCompact(Folder& folder, FcsBuilder builder) {
 FcsBuilder Stored(char type, const std::string& order, const std::vector<std::string>& widths,
                   std::size_t eventBytes) {
     constexpr int Events = 6;
-    FcsBuilder builder(type, order, widths, Events);
     std::mt19937 random(1);
-    builder.data = RandomBytes(random, Events * eventBytes);
-    return builder;
+    return {type, order, widths, Events, RandomBytes(random, Events * eventBytes)};
 }
 
-FcsBuilder Ascii(const std::vector<std::string>& widths, const std::string& data, int events) {
-    FcsBuilder builder('A', "", widths, events);
-    builder.data = data;
-    return builder;
+/// Files cut short, and files whose HEADER or TEXT has other bytes.
+void AddDamaged(Folder& folder, const std::string& file) {
+    for (std::size_t size = 0; size < file.size(); size += size < 400 ? 5 : 97)
+        folder.Add(file.substr(0, size));
+    std::mt19937 random(3);
+    for (int i = 0; i < 300; ++i) {
+        std::string bytes = file;
+        for (unsigned k = 0; k < 1 + random() % 4; ++k)
+            bytes[random() % (random() % 2 == 0 ? 58 : 400)] = static_cast<char>(random());
+        folder.Add(bytes);
+    }
 }
 
 void AddFcsFiles(Folder folder) {
@@ -64,8 +70,8 @@ void AddFcsFiles(Folder folder) {
     AddCompact(folder, Stored('I', "2,1", {"16", "16"}, 4).Set("$P1E", "4,0.1").Set("$P2R", "1000"));
     AddCompact(folder, Stored('I', "4,3,2,1", {"32", "8", "24", "16"}, 10).Set("$P2R", "200"));
     AddCompact(folder, Stored('I', "3,4,1,2", {"32", "32"}, 8).Set("$P1G", "2.5"));
-    AddCompact(folder, Ascii({"4", "2"}, "  12 3  45 6 789 0", 3));
-    AddCompact(folder, Ascii({"*", "*"}, "1,2\t3 4\r\n56 7", 3));
+    AddCompact(folder, FcsBuilder('A', "", {"4", "2"}, 3, "  12 3  45 6 789 0"));
+    AddCompact(folder, FcsBuilder('A', "", {"*", "*"}, 3, "1,2\t3 4\r\n56 7"));
     AddCompact(folder, FcsBuilder::Small().Set("$SPILLOVER", "2,Par1,Par2,1,0.1,0.2,1"));
     AddCompact(folder, FcsBuilder::Small().Set("SPILL", "2,Par1,Par2,1,1,1,1").Set("EMPTY", "a//b"));
     FcsBuilder promises = FcsBuilder::Small().Set("$TOT", "1000000000");
@@ -79,6 +85,9 @@ void AddFcsFiles(Folder folder) {
     inText.version = "FCS2.0";
     inText.header[2] = inText.header[3] = "       0";
     AddCompact(folder, inText);
+    FcsBuilder supplemented = FcsBuilder::Small().Set("$P1G", "2").Remove("$P2N");
+    supplemented.behindData = "|$P2N|Par2|";
+    AddDamaged(folder, supplemented.Set("$BEGINSTEXT", "4120").Set("$ENDSTEXT", "4130").Build());
 }
 
 void AddMatrices(Folder folder) {
@@ -94,61 +103,10 @@ void AddMatrices(Folder folder) {
     }
 }
 
-/// A document with these elements.
-std::string Document(const std::string& elements) {
-    return R"(<g:Gating-ML xmlns:g="http://www.isac-net.org/std/Gating-ML/v2.0/gating" )"
-           R"(xmlns:t="http://www.isac-net.org/std/Gating-ML/v2.0/transformations" )"
-           R"(xmlns:d="http://www.isac-net.org/std/Gating-ML/v2.0/datatypes">)" +
-           elements + "</g:Gating-ML>";
-}
-
-std::string Dimension(const std::string& attributes, const std::string& name = "PE-A") {
-    return "<g:dimension g:compensation-ref=\"FCS\" " + attributes + "><d:fcs-dimension d:name=\"" + name +
-           "\"/></g:dimension>";
-}
-
-std::string Transformation(const std::string& formula) {
-    return Document("<t:transformation t:id=\"s\"><t:" + formula +
-                    "/></t:transformation><g:RectangleGate g:id=\"R\">" +
-                    Dimension(R"(g:transformation-ref="s" g:min="0.2" g:max="0.8")") + "</g:RectangleGate>");
-}
-
-std::string Rectangle(const std::string& id, const std::string& parent = "") {
-    return "<g:RectangleGate g:id=\"" + id + "\"" + parent + ">" + Dimension("g:min=\"0\"") +
-           Dimension("g:max=\"500\"", "FSC-A") + "</g:RectangleGate>";
-}
-
 void AddStrategies(Folder folder) {
     std::ifstream example(fs::path(ORVANE_EXAMPLES) / "strategy.xml", std::ios::binary);
     folder.Add(std::string(std::istreambuf_iterator<char>(example), {}));
-    for (const char* formula : {R"(flin t:T="1000" t:A="0")", R"(flog t:T="10000" t:M="4.5")",
-                                R"(fasinh t:T="262144" t:M="4" t:A="0.5")"}) {
-        folder.Add(Transformation(formula));
-    }
-    folder.Add(Document(
-        R"(<t:transformation t:id="q"><t:fratio t:A="1" t:B="0" t:C="2"><d:fcs-dimension d:name="FSC-A"/>)"
-        R"(<d:fcs-dimension d:name="SSC-A"/></t:fratio></t:transformation><g:RectangleGate g:id="R">)"
-        R"(<g:dimension g:compensation-ref="uncompensated" g:max="2"><d:new-dimension d:transformation-ref="q"/>)"
-        R"(</g:dimension></g:RectangleGate>)"));
-    folder.Add(
-        Document(Rectangle("P") + Rectangle("C", " g:parent_id=\"P\"") +
-                 R"(<g:BooleanGate g:id="B" g:parent_id="C"><g:or><g:gateReference g:ref="P"/>)"
-                 R"(<g:gateReference g:ref="C" g:use-as-complement="true"/></g:or></g:BooleanGate>)"
-                 R"(<g:BooleanGate g:id="N"><g:not><g:gateReference g:ref="B"/></g:not></g:BooleanGate>)"));
-    std::string vertices;
-    for (const char* value : {"0", "1000", "1e9"}) {
-        vertices += "<g:vertex><g:coordinate d:value=\"" + std::string(value) +
-                    "\"/><g:coordinate d:value=\"5\"/></g:vertex>";
-    }
-    folder.Add(Document("<g:PolygonGate g:id=\"Y\">" + Dimension("") + Dimension("", "FSC-W") + vertices +
-                        "</g:PolygonGate>"));
-    folder.Add(Document(
-        R"(<t:spectrumMatrix t:id="M"><t:fluorochromes><d:fcs-dimension d:name="X"/><d:fcs-dimension d:name="Y"/>)"
-        R"(</t:fluorochromes><t:detectors><d:fcs-dimension d:name="FITC-A"/><d:fcs-dimension d:name="PE-A"/>)"
-        R"(</t:detectors><t:spectrum><t:coefficient t:value="1"/><t:coefficient t:value="0.2"/></t:spectrum>)"
-        R"(<t:spectrum><t:coefficient t:value="0.1"/><t:coefficient t:value="1"/></t:spectrum></t:spectrumMatrix>)"
-        R"(<g:RectangleGate g:id="R"><g:dimension g:compensation-ref="M" g:min="1"><d:fcs-dimension d:name="X"/>)"
-        R"(</g:dimension></g:RectangleGate>)"));
+    folder.Add(Orvane::Testing::Document(Orvane::Testing::EveryKind));
 }
 
 /// For targets whose bytes are numbers; each first byte chooses another kind of input.

@@ -6,13 +6,11 @@
 #include <sstream>
 
 #include "support/host_program.h"
-#include "support/membership.h"
 #include "support/truth.h"
 
 namespace Orvane::Testing {
 namespace {
 
-using nlohmann::json;
 namespace fs = std::filesystem;
 
 class GatingTruth : public HostTest {

@@ -12,93 +12,74 @@
 namespace Orvane::Testing {
 namespace {
 
-using nlohmann::json;
-using Strings = std::vector<std::string>;
+using HostFcs = HostTest;
 
-class HostFcs : public HostTest {};
+using Columns = std::vector<std::vector<double>>;
 
 /// Three events determine their minimum, median and maximum, and these determine the events but for their
 /// order.
-void ExpectValues(const json& file, std::size_t parameter, std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    const json row = Row(file, "Par" + std::to_string(parameter + 1));
-    ASSERT_TRUE(row.is_object());
-    EXPECT_EQ(row["min"].get<float>(), static_cast<float>(values[0]));
-    EXPECT_EQ(row["median"].get<float>(), static_cast<float>(values[1]));
-    EXPECT_EQ(row["max"].get<float>(), static_cast<float>(values[2]));
-}
-
-/// The digits of a $BYTEORD that concern a word of `bytes` bytes.
-std::string OrderOf(const std::string& byteOrder, unsigned bytes) {
-    std::string order;
-    for (const char c : byteOrder) {
-        if (c != ',' && c <= static_cast<char>('0' + bytes)) order += c;
+void ExpectColumns(const json& file, Columns columns) {
+    for (std::size_t p = 0; p < columns.size(); ++p) {
+        std::sort(columns[p].begin(), columns[p].end());
+        const json row = Row(file, "Par" + std::to_string(p + 1));
+        ASSERT_TRUE(row.is_object());
+        EXPECT_EQ(row["min"].get<float>(), static_cast<float>(columns[p][0]));
+        EXPECT_EQ(row["median"].get<float>(), static_cast<float>(columns[p][1]));
+        EXPECT_EQ(row["max"].get<float>(), static_cast<float>(columns[p][2]));
     }
-    return order;
 }
 
-/// All orders of the digits, separated by commas.
-Strings Permutations(std::string digits) {
+/// Every order of four bytes.
+Strings ByteOrders() {
     Strings orders;
+    std::string digits = "1234";
     do {
-        orders.emplace_back();
-        for (const char digit : digits) {
-            if (!orders.back().empty()) orders.back() += ',';
-            orders.back() += digit;
-        }
+        orders.push_back({digits[0], ',', digits[1], ',', digits[2], ',', digits[3]});
     } while (std::next_permutation(digits.begin(), digits.end()));
     return orders;
 }
 
+/// The digits of a $BYTEORD that concern a word of `bits` bits.
+std::string OrderOf(std::string byteOrder, unsigned bits) {
+    std::erase_if(byteOrder, [&](char c) { return c == ',' || c > static_cast<char>('0' + bits / 8); });
+    return byteOrder;
+}
+
 TEST_F(HostFcs, ReadsIntegersOfEveryWidthMixAndByteOrder) {
-    const std::vector<std::vector<unsigned>> mixes = {{32, 32},  {16, 16}, {24},
-                                                      {8, 8, 8}, {16, 32}, {8, 16, 24, 32}};
-    Strings command = {"stats", "--format", "json", "--values", "channel"};
-    std::vector<std::vector<std::vector<double>>> expected;
     std::mt19937 random(7);
-    for (const auto& mix : mixes) {
-        for (const std::string& order : Permutations("1234")) {
-            Strings widths;
-            for (const unsigned width : mix)
-                widths.push_back(std::to_string(width));
+    for (const Strings& widths : std::vector<Strings>{
+             {"32", "32"}, {"16", "16"}, {"24"}, {"8", "8", "8"}, {"16", "32"}, {"8", "16", "24", "32"}}) {
+        for (const std::string& order : ByteOrders()) {
             FcsBuilder builder('I', order, widths, 3);
-            std::vector<std::vector<double>> columns(mix.size());
-            for (int event = 0; event < 3; ++event) {
-                for (std::size_t p = 0; p < mix.size(); ++p) {
-                    const std::uint64_t value = random() & ((std::uint64_t{1} << mix[p]) - 1);
-                    builder.data += EncodeWord(value, OrderOf(order, mix[p] / 8));
-                    columns[p].push_back(static_cast<double>(value));
-                }
+            Columns columns(widths.size());
+            for (std::size_t i = 0; i < 3 * widths.size(); ++i) {
+                const std::size_t p = i % widths.size();
+                const auto bits = static_cast<unsigned>(std::stoul(widths[p]));
+                const auto value = static_cast<std::uint32_t>(random()) >> (32 - bits);
+                builder.data += EncodeWord(value, OrderOf(order, bits));
+                columns[p].push_back(value);
             }
-            command.push_back(Write(builder, std::to_string(command.size()) + ".fcs"));
-            expected.push_back(columns);
+            const json file = Stats(Write(builder), {"--values", "channel"});
+            EXPECT_TRUE(file["warnings"].empty());
+            ExpectColumns(file, columns);
         }
-    }
-    const HostRun run = Run(command);
-    ASSERT_EQ(run.status, 0) << run.err;
-    const json files = run.Json()["files"];
-    ASSERT_EQ(files.size(), expected.size());
-    for (std::size_t f = 0; f < expected.size(); ++f) {
-        EXPECT_TRUE(files[f]["warnings"].empty());
-        for (std::size_t p = 0; p < expected[f].size(); ++p)
-            ExpectValues(files[f], p, expected[f][p]);
     }
 }
 
 TEST_F(HostFcs, ReadsFloatsAndDoublesInTheirByteOrders) {
     const std::vector<double> values = {-1.5, 3.25e5, 1.0 / 3};
-    for (const std::string& order : Permutations("1234")) {
+    for (const std::string& order : ByteOrders()) {
         FcsBuilder builder('F', order, {"32"}, 3);
         for (const double value : values)
-            builder.data += EncodeFloat(static_cast<float>(value), OrderOf(order, 4));
-        ExpectValues(Stats(Write(builder)), 0, values);
+            builder.data += EncodeFloat(static_cast<float>(value), OrderOf(order, 32));
+        ExpectColumns(Stats(Write(builder)), {values});
     }
     for (const auto& [order, digits] :
          {std::pair("1,2,3,4", "12345678"), std::pair("8,7,6,5,4,3,2,1", "87654321")}) {
         FcsBuilder builder('D', order, {"64"}, 3);
         for (const double value : values)
             builder.data += EncodeDouble(value, digits);
-        ExpectValues(Stats(Write(builder)), 0, values);
+        ExpectColumns(Stats(Write(builder)), {values});
     }
 }
 
@@ -110,11 +91,8 @@ TEST_F(HostFcs, ReadsEveryFormOfAscii) {
              {{"4", "3"}, "42  7  43  8  44  9  "},
              {{"*", "*"},
               "42 7\r\n43,8\t44  ,0000000000000000000000000000000000000000000000000000000000000000009"}}) {
-        FcsBuilder builder('A', "", widths, 3);
-        builder.data = data;
-        const json file = Stats(Write(builder));
-        ExpectValues(file, 0, {42, 43, 44});
-        ExpectValues(file, 1, {7, 8, 9});
+        const json file = Stats(Write(FcsBuilder('A', "", widths, 3, data)));
+        ExpectColumns(file, {{42, 43, 44}, {7, 8, 9}});
         EXPECT_TRUE(file["warnings"].empty()) << data;
     }
 }
@@ -126,20 +104,16 @@ TEST_F(HostFcs, AppliesMaskAmplificationAndGain) {
         for (int p = 0; p < 3; ++p)
             builder.data += EncodeWord(value, "12");
     }
-    const std::string path = Write(builder);
-    const json scale = Stats(path);
-    ExpectValues(scale, 0, {1023, 256, 512});
-    ExpectValues(scale, 1, {std::pow(10.0, 4.0 * 1023 / 1024), 10, 100});
-    ExpectValues(scale, 2, {127.875, 32, 64});
+    const std::vector<double> channels{1023, 256, 512};
+    const json scale = Stats(Write(builder));
+    ExpectColumns(scale, {channels, {std::pow(10.0, 4.0 * 1023 / 1024), 10, 100}, {127.875, 32, 64}});
     ASSERT_EQ(scale["warnings"].size(), 1U);
     EXPECT_NE(scale["warnings"][0].get<std::string>().find("taken as 4,1"), std::string::npos);
-    const json channel = Stats(path, {"--values", "channel"});
-    for (std::size_t p = 0; p < 3; ++p)
-        ExpectValues(channel, p, {1023, 256, 512});
+    ExpectColumns(Stats(Path("a.fcs"), {"--values", "channel"}), {channels, channels, channels});
 
-    FcsBuilder floats = FcsBuilder::Small().Set("$P1G", "0.1");
-    ExpectValues(Stats(Write(floats)), 0, {10, 20, 30});
-    ExpectValues(Stats(Write(floats), {"--values", "channel"}), 0, {1, 2, 3});
+    const std::string floats = Write(FcsBuilder::Small().Set("$P1G", "0.1"));
+    ExpectColumns(Stats(floats), {{10, 20, 30}});
+    ExpectColumns(Stats(floats, {"--values", "channel"}), {{1, 2, 3}});
 }
 
 /// Events that need several sections, each of them several segments, whose borders fall on whole events.
@@ -174,7 +148,7 @@ TEST_F(HostFcs, ReadsBeyondFourGibibytes) {
     const std::string path = Write(builder);
     std::filesystem::resize_file(path, Begin);
     std::ofstream(path, std::ios::binary | std::ios::app) << data;
-    ExpectValues(Stats(path), 0, {1, 2, 3});
+    ExpectColumns(Stats(path), {{1, 2, 3}});
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
@@ -190,14 +164,6 @@ TEST_F(HostFcs, SaysThatMemoryIsShort) {
 }
 #endif
 
-/// A file with something irregular that can be read all the same.
-struct Irregular {
-    const char* name;
-    FcsBuilder builder;
-    const char* warning;  ///< part of the only warning; none expected when empty
-    int events = 3;
-};
-
 FcsBuilder With(const std::string& keyword, const std::string& value) {
     return FcsBuilder::Small().Set(keyword, value);
 }
@@ -206,23 +172,21 @@ FcsBuilder Without(const std::string& keyword) {
     return FcsBuilder::Small().Remove(keyword);
 }
 
-template <class Change>
-FcsBuilder Changed(const Change& change) {
+template <class Member>
+FcsBuilder With(Member FcsBuilder::*part, const std::type_identity_t<Member>& value) {
     FcsBuilder builder = FcsBuilder::Small();
-    change(builder);
+    builder.*part = value;
     return builder;
 }
 
 FcsBuilder WithHeader(std::size_t index, const std::string& field, bool placesInText = true) {
-    FcsBuilder builder = FcsBuilder::Small();
+    FcsBuilder builder = With(&FcsBuilder::placesInText, placesInText);
     builder.header[index] = field;
-    builder.placesInText = placesInText;
     return builder;
 }
 
 FcsBuilder WithSupplementalText() {
-    FcsBuilder builder = FcsBuilder::Small().Remove("$P2N");
-    builder.behindData = "|$P2N|Par2|$P2S|a stain|";
+    FcsBuilder builder = With(&FcsBuilder::behindData, "|$P2N|Par2|$P2S|a stain|").Remove("$P2N");
     const std::size_t begin = FcsBuilder::DataBegin + builder.data.size();
     builder.Set("$BEGINSTEXT", std::to_string(begin));
     return builder.Set("$ENDSTEXT", std::to_string(begin + builder.behindData.size() - 1));
@@ -230,19 +194,26 @@ FcsBuilder WithSupplementalText() {
 
 /// A second and a third data set behind the first.
 FcsBuilder WithThreeDataSets() {
-    FcsBuilder builder = FcsBuilder::Small();
-    const FcsBuilder last = builder;
-    builder.Set("$NEXTDATA", std::to_string(last.Build().size()));
-    builder.behindData = builder.Build() + last.Build();
+    const std::string last = FcsBuilder::Small().Build();
+    FcsBuilder builder = With("$NEXTDATA", std::to_string(last.size()));
+    builder.behindData = builder.Build() + last;
     return builder;
 }
 
+/// A file with something irregular that can be read all the same.
+struct Irregular {
+    const char* name;
+    FcsBuilder builder;
+    const char* warning;  ///< part of the only warning; none expected when empty
+    int events = 3;
+};
+
 std::vector<Irregular> Irregularities() {
-    const std::string nines = "99999999";
+    constexpr auto TextEnd = &FcsBuilder::textEnd;
     FcsBuilder nowhere = WithHeader(2, "       0");
     nowhere.header[3] = "       0";
-    FcsBuilder eightNines = WithHeader(2, nines);
-    eightNines.header[3] = nines;
+    FcsBuilder eightNines = WithHeader(2, "99999999");
+    eightNines.header[3] = "99999999";
     return {
         {"places only in TEXT", nowhere, ""},
         {"places only in HEADER", WithHeader(2, "", false), ""},
@@ -270,11 +241,11 @@ std::vector<Irregular> Irregularities() {
         {"supplemental TEXT nowhere", With("$BEGINSTEXT", "58").Set("$ENDSTEXT", "0"), "$BEGINSTEXT"},
         {"doubled delimiters", With("$P1S", "a//b////c"), ""},
         {"an empty value inside", With("$P2S", "").Set("X", "1"), "empty value"},
-        {"an empty value at the end", Changed([](auto& b) { b.textEnd = "X//"; }), "empty value"},
-        {"a keyword without value", Changed([](auto& b) { b.textEnd = "X/"; }), "expected a value"},
-        {"no last delimiter", Changed([](auto& b) { b.textEnd = "X/Y"; }), "expected a delimiter"},
-        {"padding behind TEXT", Changed([](auto& b) { b.textEnd = "  \r\n "; }), ""},
-        {"two values of a keyword", Changed([](auto& b) { b.textEnd = "X/\xB5\x1b/X/7/"; }),
+        {"an empty value at the end", With(TextEnd, "X//"), "empty value"},
+        {"a keyword without value", With(TextEnd, "X/"), "expected a value"},
+        {"no last delimiter", With(TextEnd, "X/Y"), "expected a delimiter"},
+        {"padding behind TEXT", With(TextEnd, "  \r\n "), ""},
+        {"two values of a keyword", With(TextEnd, "X/\xB5\x1b/X/7/"),
          "X is \"7\", expected one value, \"\u00B5\\x1b\"; the first is used"},
         {"matrix with an unknown name", With("$SPILLOVER", "2,Par1,Nobody,1,0,0,1"), "Nobody"},
         {"matrix too short", With("SPILL", "2,Par1,Par2,1,0,0"), "the matrix is left out"},
@@ -289,7 +260,6 @@ TEST_F(HostFcs, ReadsIrregularFilesAndSaysSo) {
         SCOPED_TRACE(irregular.name);
         const std::string path = Write(irregular.builder);
         const json file = Stats(path);
-        if (!file.is_object()) continue;
         EXPECT_EQ(file["events"], irregular.events);
         const json row = file["populations"][0]["statistics"][0];
         EXPECT_EQ(row["max"], irregular.events);
@@ -299,10 +269,7 @@ TEST_F(HostFcs, ReadsIrregularFilesAndSaysSo) {
         ASSERT_EQ(warnings.size(), expected ? 1U : 0U) << warnings;
         if (!expected) continue;
         EXPECT_NE(warnings[0].get<std::string>().find(irregular.warning), std::string::npos) << warnings;
-        const HostRun strict = Run({"stats", path, "--strict"});
-        EXPECT_EQ(strict.status, 1);
-        EXPECT_NE(strict.err.find("a.fcs: "), std::string::npos) << strict.err;
-        EXPECT_EQ(strict.out, "");
+        ExpectRefused({"stats", path, "--strict"}, "a.fcs: ");
     }
 }
 
@@ -313,19 +280,11 @@ struct Damaged {
 };
 
 FcsBuilder Integers(const std::string& keyword, const std::string& value) {
-    FcsBuilder builder('I', "1,2,3,4", {"16", "16"}, 1);
-    builder.data = "abcd";
-    return builder.Set(keyword, value);
+    return FcsBuilder('I', "1,2,3,4", {"16", "16"}, 1, "abcd").Set(keyword, value);
 }
 
 FcsBuilder Ascii(const Strings& widths, const std::string& data) {
-    FcsBuilder builder('A', "", widths, 1);
-    builder.data = data;
-    return builder;
-}
-
-FcsBuilder DataOnlyInHeader(const std::string& begin) {
-    return WithHeader(2, begin, false);
+    return {'A', "", widths, 1, data};
 }
 
 /// What a cut after any number of bytes would tear apart.
@@ -337,19 +296,19 @@ std::string LongText() {
 }
 
 std::vector<Damaged> Damages() {
-    const auto pdf = [](FcsBuilder& builder) { builder.version = "%PDF-1"; };
-    const auto letter = [](FcsBuilder& builder) { builder.delimiter = 'P'; };
     return {
-        {Changed(pdf), R"(HEADER version is "%PDF-1", expected FCS2.0, FCS3.0, FCS3.1 or FCS3.2)"},
+        {With(&FcsBuilder::version, "%PDF-1"),
+         R"(HEADER version is "%PDF-1", expected FCS2.0, FCS3.0, FCS3.1 or FCS3.2)"},
         {WithHeader(0, "  x58   "), R"(HEADER begin of TEXT is "  x58   ", expected a byte offset)"},
         {WithHeader(0, "      10"), R"(HEADER begin of TEXT is "10", expected a byte from 58 to 4119)"},
         {WithHeader(1, "    9999"), R"(HEADER end of TEXT is "9999", expected a byte from 59 to 4119)"},
         {WithHeader(1, "      20"), R"(HEADER end of TEXT is "20", expected a byte from 59 to 4119)"},
-        {Changed(letter), R"(TEXT delimiter is "P", expected a character that no keyword begins with)"},
-        {DataOnlyInHeader("      60"),
+        {With(&FcsBuilder::delimiter, 'P'),
+         R"(TEXT delimiter is "P", expected a character that no keyword begins with)"},
+        {WithHeader(2, "      60", false),
          R"(HEADER begin of DATA is "60", expected a byte outside HEADER and TEXT)"},
-        {DataOnlyInHeader("       0"), R"(HEADER begin of DATA is "0", expected the place of DATA)"},
-        {DataOnlyInHeader("   50000"), R"(HEADER begin of DATA is "50000", expected a byte of the file)"},
+        {WithHeader(2, "       0", false), R"(HEADER begin of DATA is "0", expected the place of DATA)"},
+        {WithHeader(2, "   50000", false), R"(HEADER begin of DATA is "50000", expected a byte of the file)"},
         {With("$BEGINDATA", "abc"), R"($BEGINDATA is "abc", expected a whole number)"},
         {Without("$PAR"), "$PAR is missing, expected the number of parameters"},
         {With("$PAR", "0"), R"($PAR is "0", expected a number of parameters)"},
@@ -381,40 +340,8 @@ std::vector<Damaged> Damages() {
 }
 
 TEST_F(HostFcs, RefusesWhatItCannotReadAndSaysWhy) {
-    for (const Damaged& damaged : Damages()) {
-        const std::string path = Write(damaged.builder);
-        const HostRun run = Run({"stats", path});
-        EXPECT_EQ(run.status, 1) << damaged.message;
-        EXPECT_EQ(run.out, "");
-        EXPECT_EQ(run.err.rfind("orvane: " + path + ": ", 0), 0U) << run.err;
-        EXPECT_NE(run.err.find(damaged.message), std::string::npos) << run.err;
-    }
-}
-
-/// Whatever happens to a file, the program ends by itself and with a message, or with events it has.
-TEST_F(HostFcs, SurvivesTruncationAndRandomDamage) {
-    const std::string good = WithSupplementalText().Set("$P1G", "2").Build();
-    Strings command = {"stats", "--format", "json"};
-    std::size_t files = 0;
-    const auto add = [&](const std::string& bytes) {
-        const std::string path = Path(std::to_string(files++) + ".fcs");
-        std::ofstream(path, std::ios::binary) << bytes;
-        command.push_back(path);
-    };
-    for (std::size_t size = 0; size < good.size(); size += size < 400 ? 5 : 97)
-        add(good.substr(0, size));
-    std::mt19937 random(3);
-    for (int i = 0; i < 300; ++i) {
-        std::string bytes = good;
-        for (unsigned k = 0; k < 1 + random() % 4; ++k) {
-            bytes[random() % (random() % 2 == 0 ? 58 : 400)] = static_cast<char>(random());
-        }
-        add(bytes);
-    }
-    const HostRun run = Run(command);
-    EXPECT_EQ(run.status, 1);
-    const auto refused = static_cast<std::size_t>(std::count(run.err.begin(), run.err.end(), '\n'));
-    EXPECT_EQ(run.Json()["files"].size() + refused, files);
+    for (const Damaged& damaged : Damages())
+        ExpectRefused({"stats", Write(damaged.builder)}, damaged.message);
 }
 
 }  // namespace

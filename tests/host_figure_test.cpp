@@ -57,37 +57,30 @@ double Read(std::string label) {
     return std::stod(label);
 }
 
-class TicksTest : public testing::TestWithParam<TicksCase> {
-protected:
-    Host::Axis AxisOfCase() const { return {"", GetParam().min, GetParam().max, GetParam().alpha}; }
-};
-
-TEST_P(TicksTest, LabelsReadAsTheValuesAtTheirTicks) {
-    const Host::Axis axis = AxisOfCase();
-    for (const int pixels : {60, 160, 550, 2400}) {
-        const Host::AxisScale scale(axis, pixels);
-        const Host::Ticks ticks = Host::FindTicks(axis, pixels, 60);
-        std::set<double> values;
-        for (const Host::Tick& tick : ticks.labelled) {
-            EXPECT_NEAR(scale.Position(Read(tick.label)), tick.position, 0.01) << tick.label;
-            values.insert(Read(tick.label));
+TEST(Ticks, LabelsReadAsTheValuesAtTheirTicksAndAreThoseThatPeopleExpect) {
+    for (const TicksCase& row : TicksCases) {
+        SCOPED_TRACE(testing::Message() << row.min << " to " << row.max);
+        const Host::Axis axis{"", row.min, row.max, row.alpha};
+        for (const int pixels : {60, 160, 550, 2400}) {
+            const Host::AxisScale scale(axis, pixels);
+            const Host::Ticks ticks = Host::FindTicks(axis, pixels, 60);
+            Strings labels;
+            std::set<double> values;
+            for (const Host::Tick& tick : ticks.labelled) {
+                EXPECT_NEAR(scale.Position(Read(tick.label)), tick.position, 0.01) << tick.label;
+                labels.push_back(tick.label);
+                values.insert(Read(tick.label));
+            }
+            EXPECT_EQ(values.size(), labels.size());
+            EXPECT_GE(values.size(), 2U) << pixels;
+            for (const double minor : ticks.minor)
+                EXPECT_TRUE(minor > -0.01 && minor < pixels + 0.01) << minor;
+            if (pixels == 550 && !row.labels.empty()) {
+                EXPECT_EQ(labels, row.labels);
+            }
         }
-        EXPECT_EQ(values.size(), ticks.labelled.size());
-        EXPECT_GE(values.size(), 2U) << pixels;
-        for (const double minor : ticks.minor)
-            EXPECT_TRUE(minor > -0.01 && minor < pixels + 0.01) << minor;
     }
 }
-
-TEST_P(TicksTest, FamiliarAxesHaveTheLabelsThatPeopleExpect) {
-    if (GetParam().labels.empty()) return;
-    Strings labels;
-    for (const Host::Tick& tick : Host::FindTicks(AxisOfCase(), 550, 60).labelled)
-        labels.push_back(tick.label);
-    EXPECT_EQ(labels, GetParam().labels);
-}
-
-INSTANTIATE_TEST_SUITE_P(Axes, TicksTest, testing::ValuesIn(TicksCases));
 
 TEST(Ticks, AnAxisWithoutARangeHasNone) {
     const double infinity = std::numeric_limits<double>::infinity();

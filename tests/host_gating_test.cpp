@@ -7,45 +7,26 @@
 #include <map>
 #include <sstream>
 
+#include "support/gating_ml.h"
 #include "support/host_program.h"
-#include "support/membership.h"
 
 namespace Orvane::Testing {
 namespace {
 
-using nlohmann::json;
-using Strings = std::vector<std::string>;
-
-std::string On(const std::string& parameter, const std::string& attributes,
-               const std::string& compensation = "uncompensated") {
-    return "<dimension compensation-ref='" + compensation + "' " + attributes + "><fcs-dimension name='" +
-           parameter + "'/></dimension>";
-}
-
-std::string Rectangle(const std::string& id, const std::string& dimensions) {
-    return "<RectangleGate id='" + id + "'>" + dimensions + "</RectangleGate>";
-}
-
 const std::string XAbove = Rectangle("x", On("Par1", "min='2'"));
 const std::string YAbove = Rectangle("y", On("Par2", "min='2'"));
+
 class HostGating : public HostTest {
 protected:
     /// All eight combinations of 1 and 2, Par1 changing fastest, then one event without numbers.
     std::string Cube() const {
-        FcsBuilder builder('F', "1,2,3,4", {"32", "32", "32"}, 9);
-        for (unsigned event = 0; event < 24; ++event)
-            builder.data += EncodeFloat((event / 3 >> event % 3 & 1U) != 0 ? 2.0F : 1.0F);
-        for (unsigned parameter = 0; parameter < 3; ++parameter)
-            builder.data += EncodeFloat(std::numeric_limits<float>::quiet_NaN());
-        return Write(builder);
+        std::vector<float> values(27, std::numeric_limits<float>::quiet_NaN());
+        for (unsigned i = 0; i < 24; ++i)
+            values[i] = (i / 3 >> i % 3 & 1U) != 0 ? 2.0F : 1.0F;
+        return Write(FcsBuilder::Floats(3, values));
     }
 
-    std::string Strategy(const std::string& content) const {
-        std::ofstream(Path("gates.xml")) << "<?xml version='1.0'?>\n<Gating-ML "
-                                            "xmlns='http://www.isac-net.org/std/Gating-ML/v2.0/gating'>\n"
-                                         << content << "\n</Gating-ML>\n";
-        return Path("gates.xml");
-    }
+    std::string Strategy(const std::string& content) const { return Write(Document(content), "gates.xml"); }
 
     /// The membership of every population, one character per event.
     std::map<std::string, std::string> Members(const std::string& sample, const std::string& content,
@@ -57,42 +38,6 @@ protected:
         return ReadMembership(Path("members.csv"));
     }
 };
-
-/// Every kind of gate, dimension and transformation.
-const std::string EveryKind =
-    R"(<transformation id='t' boundMax='0.6'><flin T='4' A='0'/></transformation>
-<transformation id='u'><flin T='3' A='1'/></transformation><transformation id='r'>
-<fratio A='2' B='-1' C='0'><fcs-dimension name='Par1'/><fcs-dimension name='Par2'/></fratio></transformation>
-<transformation id='v'><flog T='2' M='1'/></transformation>
-<transformation id='w'><fasinh T='2' M='1' A='0'/></transformation>
-<spectrumMatrix id='m'><fluorochromes><fcs-dimension name='A'/></fluorochromes>
-<detectors><fcs-dimension name='Par1'/></detectors>
-<spectrum><coefficient value='1'/></spectrum></spectrumMatrix>
-<PolygonGate id='p' parent_id='y'><dimension compensation-ref='FCS'><fcs-dimension name='Par1'/></dimension>
-<dimension compensation-ref='FCS'><fcs-dimension name='Par3'/></dimension>
-<vertex><coordinate value='0'/><coordinate value='0'/></vertex>
-<vertex><coordinate value='3'/><coordinate value='0.5'/></vertex>
-<vertex><coordinate value='0'/><coordinate value='3.5'/></vertex></PolygonGate>
-<BooleanGate id='both'><and><gateReference ref='x'/>
-<gateReference ref='p'/></and></BooleanGate>
-<BooleanGate id='either'><or><gateReference ref='x' use-as-complement='1'/><gateReference ref='y'/></or>
-</BooleanGate><BooleanGate id='not' parent_id='y'><not><gateReference ref='both'/></not></BooleanGate>
-<BooleanGate id='rest'><and><gateReference ref='not' use-as-complement='true'/><gateReference ref='either'/>
-</and></BooleanGate><QuadrantGate id='q' parent_id='x'><divider id='a' compensation-ref='FCS'>
-<fcs-dimension name='Par2'/><value>1.5</value></divider><divider id='b' compensation-ref='FCS'>
-<fcs-dimension name='Par3'/><value>2</value><value> 1 </value></divider><Quadrant id='low'>
-<position divider_ref='a' location='0'/><position divider_ref='b' location='1.5'/></Quadrant>
-<Quadrant id='high'><position divider_ref='b' location='2'/></Quadrant>
-<Quadrant id='none'><position divider_ref='b' location='0.5'/></Quadrant></QuadrantGate>
-<RectangleGate id='ratio'><dimension compensation-ref='FCS' max='3'><new-dimension transformation-ref='r'/>
-</dimension></RectangleGate><RectangleGate id='dye'>
-<dimension compensation-ref='m' min='1.5'><fcs-dimension name='A'/></dimension></RectangleGate>)" +
-    Rectangle("linear", On("Par1", "min='0.75' transformation-ref='u'")) +
-    Rectangle("log", On("Par1", "max='0.7' transformation-ref='v'")) +
-    Rectangle("arsinh", On("Par1", "min='0.99' transformation-ref='w'")) +
-    Rectangle("clipped", On("Par1", "max='0.5' transformation-ref='t'") +
-                             On("Par2", "max='1' min='0.5' transformation-ref='t'")) +
-    Rectangle("area", On("Par1", "min='1' max='2'") + On("Par2", "min='2'")) + XAbove + YAbove;
 
 TEST_F(HostGating, EvaluatesEveryKindOfGate) {
     const std::map<std::string, std::string> expected{
@@ -106,20 +51,20 @@ TEST_F(HostGating, EvaluatesEveryKindOfGate) {
 
 /// Bounds are those of the document, to the last bit: between the floats that surround them.
 TEST_F(HostGating, ComparesFloatsWithBoundsThatAreNone) {
-    FcsBuilder builder('F', "1,2,3,4", {"32"}, 0);
+    std::vector<float> values;
     std::string expected;
     for (const double bound : {0.1, 0.3, 1e300, 0.0, -0.7}) {
         for (const float limit : {-1e30F, 1e30F}) {
             auto value = static_cast<float>(bound);
             for (int step = 0; step < 3; ++step, value = std::nextafter(value, limit)) {
-                builder.data += EncodeFloat(value);
+                values.push_back(value);
                 expected += value >= 0.1 && value < 0.3 ? '1' : '0';
             }
         }
     }
-    builder.Set("$TOT", std::to_string(expected.size()));
-    const auto members = Members(Write(builder), Rectangle("g", On("Par1", "min='0.1' max='0.3'")) +
-                                                     Rectangle("all", On("Par1", "max='1e300'")));
+    const auto members =
+        Members(Write(FcsBuilder::Floats(1, values)), Rectangle("g", On("Par1", "min='0.1' max='0.3'")) +
+                                                          Rectangle("all", On("Par1", "max='1e300'")));
     EXPECT_EQ(members.at("g"), expected);
     EXPECT_EQ(std::count(members.at("all").begin(), members.at("all").end(), '0'), 2) << "infinity alone";
 }
@@ -142,8 +87,7 @@ TEST_F(HostGating, TellsTheTreeAndTheStatisticsOfItsPopulations) {
     const std::string sample = Cube();
     const std::string gates =
         "<BooleanGate id='not' parent_id='y'><not><gateReference ref='x'/></not></BooleanGate>" + XAbove +
-        YAbove + "<RectangleGate id='empty, &quot;too&quot;' parent_id='not'>" + On("Par1", "min='9'") +
-        "</RectangleGate>";
+        YAbove + Rectangle("empty, &quot;too&quot;", On("Par1", "min='9'"), "not");
     const auto told = [&](const char* format) {
         return Run({"gate", sample, "--gates", Strategy(gates), "--format", format});
     };
@@ -179,7 +123,7 @@ TEST_F(HostGating, TellsTheTreeAndTheStatisticsOfItsPopulations) {
 /// One replacement makes each fault; messages name line, element and id, what stands there and what should.
 TEST_F(HostGating, RefusesStrategiesThatAreWrong) {
     const std::string sample = Cube();
-    const std::string faultless = ReadFile(Strategy(EveryKind));
+    const std::string faultless = Document(EveryKind);
     std::istringstream faults(R"(</QuadrantGate>||line 30 is
 v2.0|v1.5|v1.5
 RectangleGate id='dye'|RectangleGate|line 28: RectangleGate: id is missing
@@ -220,23 +164,20 @@ min='1.5'><fcs-dimension name='A'|min='1.5'><fcs-dimension name='Par1'|name is "
     while (std::getline(std::getline(std::getline(faults, from, '|'), to, '|'), expected)) {
         SCOPED_TRACE(expected);
         std::string document = faultless;
-        std::ofstream(Path("gates.xml")) << document.replace(document.find(from), from.size(), to);
-        const HostRun run = Run({"gate", sample, "--gates", Path("gates.xml")});
-        EXPECT_EQ(run.status, 1);
-        EXPECT_EQ(run.out, "");
-        EXPECT_NE(run.err.find("gates.xml, line"), std::string::npos) << run.err;
-        EXPECT_NE(run.err.find(expected), std::string::npos) << run.err;
+        document.replace(document.find(from), from.size(), to);
+        const Strings command{"gate", sample, "--gates", Write(document, "gates.xml")};
+        EXPECT_TRUE(ExpectRefused(command, expected).Says("gates.xml, line"));
     }
 }
 
 TEST_F(HostGating, RefusesPopulationsThatAreNotThere) {
     const std::string sample = Cube();
-    const HostRun unknown = Run({"stats", sample, "--gates", Strategy(XAbove + YAbove), "--population", "z"});
-    EXPECT_EQ(unknown.status, 1);
-    EXPECT_NE(unknown.err.find("\"z\", expected one of All, x, y"), std::string::npos) << unknown.err;
-    EXPECT_EQ(Run({"gate", sample, "--gates", Path("missing.xml")}).status, 1);
-    EXPECT_EQ(Run({"gate", sample}).status, 2);
-    EXPECT_EQ(Run({"stats", sample, "--population", "x"}).status, 2);
+    ExpectRefused({"stats", sample, "--gates", Strategy(XAbove + YAbove), "--population", "z"},
+                  "\"z\", expected one of All, x, y");
+    const std::string missing = Path("missing.xml");
+    ExpectRefused({"gate", sample, "--gates", missing}, "missing.xml");
+    ExpectRefused({"acquire", "-o", Path("out"), "--gates", missing}, "missing.xml");
+    EXPECT_FALSE(std::filesystem::exists(Path("out")));
 }
 
 }  // namespace

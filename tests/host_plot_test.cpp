@@ -12,6 +12,7 @@
 #include "host/plots/gate_outlines.h"
 #include "host/plots/plot_axes.h"
 #include "host/plots/plot_canvas.h"
+#include "support/gating_ml.h"
 #include "support/host_program.h"
 #include "support/pool.h"
 #include "support/population.h"
@@ -19,36 +20,48 @@
 namespace Orvane::Testing {
 namespace {
 
-using Strings = std::vector<std::string>;
+struct Picture {
+    int width;
+    int height;
+    std::vector<std::uint32_t> pixels;  ///< their colors, row by row
+    std::string bytes;                  ///< of the PNG file
+};
+
+Picture ReadPicture(const std::string& path) {
+    cairo_surface_t* surface = cairo_image_surface_create_from_png(path.c_str());
+    const auto* first = reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(surface));
+    const int width = cairo_image_surface_get_width(surface);
+    const int height = cairo_image_surface_get_height(surface);
+    Picture picture{width, height, {first, first + std::ptrdiff_t{width} * height}, ReadFile(path)};
+    cairo_surface_destroy(surface);
+    for (std::uint32_t& pixel : picture.pixels)
+        pixel &= 0xFFFFFFU;
+    return picture;
+}
 
 class HostPlot : public HostTest {
 protected:
     /// Two clouds over two parameters and a third parameter without a value that could be drawn.
     std::string Clouds(const std::string& name = "a.fcs", int events = 600, float shift = 0) const {
         constexpr float Infinity = std::numeric_limits<float>::infinity();
-        FcsBuilder builder('F', "1,2,3,4", {"32", "32", "32"}, events);
+        std::vector<float> values;
         std::mt19937 random(5);
         std::normal_distribution<float> spread;
         for (int event = 0; event < events; ++event) {
             const float center = event % 3 == 0 ? 0.0F : 5000.0F + shift;
-            builder.data += EncodeFloat(center + 300 * spread(random));
-            builder.data += EncodeFloat(3000 - center / 4 + 200 * spread(random));
-            builder.data += EncodeFloat(event % 2 == 0 ? std::nanf("") : Infinity);
+            const float x = center + 300 * spread(random);
+            const float y = 3000 - center / 4 + 200 * spread(random);
+            values.insert(values.end(), {x, y, event % 2 == 0 ? std::nanf("") : Infinity});
         }
-        return Write(builder, name);
+        return Write(FcsBuilder::Floats(3, values), name);
     }
 
     std::string Gates() const {
-        std::ofstream(Path("gates.xml"))
-            << "<Gating-ML xmlns='http://www.isac-net.org/std/Gating-ML/v2.0/gating'><RectangleGate "
-               "id='right'>"
-               "<dimension compensation-ref='FCS' min='2500'><fcs-dimension name='Par1'/></dimension>"
-               "</RectangleGate></Gating-ML>";
-        return Path("gates.xml");
+        return Write(Document(Rectangle("right", On("Par1", "min='2500'"))), "gates.xml");
     }
 
-    /// Draws into a file of its own and returns its bytes.
-    std::string Draw(Strings options) const {
+    /// Draws into a file of its own and returns the picture.
+    Picture Draw(Strings options) const {
         const std::string path = Path("picture.png");
         std::filesystem::remove(path);
         options.insert(options.begin(), "plot");
@@ -56,48 +69,17 @@ protected:
         const HostRun run = Run(options);
         EXPECT_EQ(run.status, 0) << run.err;
         said_ = run.out;
-        return ReadFile(path);
+        return ReadPicture(path);
     }
 
     mutable std::string said_;
 };
 
-struct Size {
-    unsigned width;
-    unsigned height;
-};
-
-/// As the first chunk of a PNG file says it.
-Size SizeOf(const std::string& png) {
-    if (png.size() < 24 || png.substr(0, 8) != "\x89PNG\r\n\x1a\n") return {0, 0};
-    const auto number = [&](std::size_t place) {
-        unsigned value = 0;
-        for (std::size_t i = 0; i < 4; ++i)
-            value = value << 8U | static_cast<unsigned char>(png[place + i]);
-        return value;
-    };
-    return {number(16), number(20)};
-}
-
-/// The colors of the pixels of a PNG file, row by row.
-std::vector<std::uint32_t> PixelsOf(const std::string& path) {
-    cairo_surface_t* picture = cairo_image_surface_create_from_png(path.c_str());
-    const auto* first = reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(picture));
-    const std::ptrdiff_t width = cairo_image_surface_get_width(picture);
-    std::vector<std::uint32_t> pixels(first, first + width * cairo_image_surface_get_height(picture));
-    cairo_surface_destroy(picture);
-    for (std::uint32_t& pixel : pixels)
-        pixel &= 0xFFFFFFU;
-    return pixels;
-}
-
 TEST_F(HostPlot, ContoursPutOutliersOnThePixelsThatDotPlotsPutThemOn) {
     Strings options{Clouds(), "--x", "Par1", "--y", "Par2", "--kind", "dot"};
-    Draw(options);
-    const std::vector<std::uint32_t> dots = PixelsOf(Path("picture.png"));
+    const std::vector<std::uint32_t> dots = Draw(options).pixels;
     options.back() = "contour";
-    Draw(options);
-    const std::vector<std::uint32_t> contours = PixelsOf(Path("picture.png"));
+    const std::vector<std::uint32_t> contours = Draw(options).pixels;
     int outliers = 0;
     for (std::size_t i = 0; i < dots.size(); ++i) {
         if (contours[i] != 0x464646 || dots[i] == 0x464646) continue;
@@ -121,15 +103,15 @@ TEST_F(HostPlot, DrawsEveryKindTheSameEveryTimeAndWithItsGates) {
         const bool overlaid = std::count(options.begin(), options.end(), "--overlay") > 0;
         options.insert(options.begin(), sample);
         options.insert(options.end(), {"--size", "240x200", "--scale", "2"});
-        const std::string picture = Draw(options);
-        EXPECT_EQ(SizeOf(picture).width, 480U);
-        EXPECT_EQ(SizeOf(picture).height, 400U);
-        EXPECT_EQ(Draw(options), picture);
-        pictures.insert(picture);
+        const Picture picture = Draw(options);
+        EXPECT_EQ(picture.width, 480);
+        EXPECT_EQ(picture.height, 400);
+        EXPECT_TRUE(Draw(options).bytes == picture.bytes);
+        pictures.insert(picture.bytes);
         options.insert(options.end(), {"--gates", Gates()});
-        if (!overlaid) pictures.insert(Draw(options));
+        if (!overlaid) pictures.insert(Draw(options).bytes);
         options.insert(options.end(), {"--population", "right"});
-        pictures.insert(Draw(options));
+        pictures.insert(Draw(options).bytes);
         EXPECT_NE(said_.find(overlaid ? "\n4,400 of 6,600 events in 2 files\n" : "\n400 of 600 events\n"),
                   std::string::npos)
             << said_;
@@ -151,7 +133,7 @@ TEST_F(HostPlot, DrawsValuesThatAreFewOrNoNumbers) {
         for (Strings options : kinds) {
             const bool numbers = options.back() == "1e30,2e30" || sample == none;
             options.insert(options.end(), {sample, "--size", "160x160"});
-            EXPECT_EQ(SizeOf(Draw(options)).width, 160U);
+            EXPECT_EQ(Draw(options).width, 160);
             EXPECT_EQ(said_.find("without a number") == std::string::npos, numbers) << said_;
         }
     }
@@ -159,47 +141,19 @@ TEST_F(HostPlot, DrawsValuesThatAreFewOrNoNumbers) {
 
 TEST_F(HostPlot, RefusesWithoutTouchingWhatWasThere) {
     const std::string sample = Clouds();
-    const std::string damaged = Path("damaged.fcs");
-    std::ofstream(damaged) << "FCS3.1";
-    const std::string nine = sample + std::string(",x,x,x,x,x,x,x");
-    const struct {
-        int status;
-        Strings options;
-        std::string says;
-    } cases[] = {
-        {1, {"--x", "Par9"}, "a.fcs: --x is \"Par9\", expected one of Par1, Par2, Par3"},
-        {1, {"--x", "Par1", "--y", "Par0"}, "a.fcs: --y is \"Par0\""},
-        {1, {"--x", "Par1", "--overlay", damaged}, "damaged.fcs: "},
-        {1, {"--x", "Par1", "--gates", Gates(), "--population", "left"}, "expected one of All, right"},
-        {2, {"--x", "Par1", "--kind", "dot"}, "need --y"},
-        {2, {"--x", "Par1", "--y", "Par2", "--kind", "histogram"}, "no --y"},
-        {2, {"--x", "Par1", "--y", "Par2", "--kind", "density", "--overlay", sample}, "only dot plots"},
-        {2, {"--x", "Par1", "--y", "Par2", "--overlay", nine}, "at most 8"},
-        {2, {"--x", "Par1", "--x-range", "5,5"}, "--x-range"},
-        {2, {"--x", "Par1", "--x-range", "0,inf"}, "--x-range"},
-        {2, {"--x", "Par1", "--x-range", "0,1e39"}, "--x-range"},
-        {2, {"--x", "Par1", "--y-range", "0,1"}, "--y"},
-        {2, {"--x", "Par1", "--size", "100x2000"}, "--size"},
-        {2, {"--x", "Par1", "--size", "640"}, "--size"},
-        {2, {"--x", "Par1", "--scale", "5"}, "--scale"},
-        {2, {"--y", "Par1"}, "--x"}};
-    std::ofstream(Path("old.png")) << "old";
-    for (const auto& refused : cases) {
-        Strings options{"plot", sample, "-o", Path("old.png")};
-        options.insert(options.end(), refused.options.begin(), refused.options.end());
-        const HostRun run = Run(options);
-        EXPECT_EQ(run.status, refused.status) << run.err;
-        EXPECT_NE(run.err.find(refused.says), std::string::npos) << run.err << refused.says;
+    const std::string old = Write("old", "old.png");
+    const std::string damaged = Write("FCS3.1", "damaged.fcs");
+    for (const auto& [options, reason] : std::vector<std::pair<Strings, std::string>>{
+             {{"--x", "Par9"}, "a.fcs: --x is \"Par9\", expected one of Par1, Par2, Par3"},
+             {{"--x", "Par1", "--y", "Par0"}, "a.fcs: --y is \"Par0\""},
+             {{"--x", "Par1", "--overlay", damaged}, "damaged.fcs: "},
+             {{"--x", "Par1", "--gates", Gates(), "--population", "left"}, "expected one of All, right"}}) {
+        Strings command{"plot", sample, "-o", old};
+        command.insert(command.end(), options.begin(), options.end());
+        ExpectRefused(command, reason);
+        EXPECT_EQ(ReadFile(old), "old");
     }
-    EXPECT_EQ(ReadFile(Path("old.png")), "old");
-    EXPECT_EQ(Run({"plot", sample, "--x", "Par1"}).status, 2);
-    const std::string bytes = ReadFile(sample);
-    for (const std::string output : {"", sample.c_str()})
-        EXPECT_EQ(Run({"plot", sample, "--x", "Par1", "-o", output}).status, 2);
-    EXPECT_EQ(ReadFile(sample), bytes);
-    EXPECT_EQ(Run({"plot", sample, "--x", "Par1", "-o", Path("no/where.png")}).status, 1);
-    for (const auto& file : std::filesystem::directory_iterator(Path("")))
-        EXPECT_NE(file.path().extension(), ".part") << file.path();
+    ExpectRefused({"plot", sample, "--x", "Par1", "-o", ""}, "", 2);
 }
 
 /// Few values far off do not squeeze the others unless a gate lies there.

@@ -2,6 +2,7 @@
 // How it behaves in a browser is report_browser_test.py's business.
 #include <gtest/gtest.h>
 
+#include "support/gating_ml.h"
 #include "support/host_program.h"
 
 namespace Orvane::Testing {
@@ -30,9 +31,7 @@ class HostReport : public HostTest {
 protected:
     /// Two parameters whose names and stains are markup, among keywords that are.
     std::string Hostile() const {
-        FcsBuilder builder('F', "1,2,3,4", {"32", "32"}, 3);
-        for (const float value : {1.0F, 2.0F, 10.0F, 20.0F, 5.0F, 7.0F})
-            builder.data += EncodeFloat(value);
+        FcsBuilder builder = FcsBuilder::Floats(2, {1, 2, 10, 20, 5, 7});
         builder.delimiter = '|';
         builder.Set("$P1N", "</table><script>x</script>");
         builder.Set("$P1S", "\xEF\xBF\xBE \xEF\xB7\x90 \xF0\x9F\xBF\xBF");  // none of them a character
@@ -43,13 +42,10 @@ protected:
 };
 
 TEST_F(HostReport, TakesNothingInAFileForMarkup) {
-    std::ofstream(Path("gates.xml"))
-        << "<Gating-ML xmlns='http://www.isac-net.org/std/Gating-ML/v2.0/gating'>"
-           "<RectangleGate id='&lt;i&gt;'><dimension min='5' compensation-ref='uncompensated'>"
-           "<fcs-dimension name='Par2'/></dimension></RectangleGate>"
-           "<RectangleGate id='child' parent_id='&lt;i&gt;'><dimension min='10' compensation-ref='FCS'>"
-           "<fcs-dimension name='Par2'/></dimension></RectangleGate></Gating-ML>";
-    const HostRun run = Run({"report", Hostile(), "--gates", Path("gates.xml"), "-o", Path("r.html")});
+    const std::string gates = Rectangle("&lt;i&gt;", On("Par2", "min='5'")) +
+                              Rectangle("child", On("Par2", "min='10'"), "&lt;i&gt;");
+    const HostRun run =
+        Run({"report", Hostile(), "--gates", Write(Document(gates), "gates.xml"), "-o", Path("r.html")});
     ASSERT_EQ(run.status, 0) << run.err;
     const std::string page = ReadFile(Path("r.html"));
     EXPECT_EQ(CountOf(page, "<script"), 1U);
@@ -64,8 +60,8 @@ TEST_F(HostReport, TakesNothingInAFileForMarkup) {
 }
 
 TEST_F(HostReport, NamesRefusedFilesAndTheCommandThatMakesItAgain) {
-    std::ofstream(Path("broken.fcs")) << "no list-mode file";
-    const HostRun run = Run({"report", Path("broken.fcs"), Hostile(), "--jobs", "2", "-o", Path("r.html")});
+    const std::string broken = Write("no list-mode file", "broken.fcs");
+    const HostRun run = Run({"report", broken, Hostile(), "--jobs", "2", "-o", Path("r.html")});
     EXPECT_EQ(run.status, 1);
     const std::string page = ReadFile(Path("r.html"));
     EXPECT_EQ(CountOf(page, "<h2 id=\"file-"), 2U);

@@ -1,10 +1,7 @@
 // What the host program leaves behind when the system gets in its way: whole files or none, and a reason.
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <cstdio>
 
 #include "host/files/findings.h"
 #include "host/files/input_file.h"
@@ -14,7 +11,6 @@ namespace Orvane::Testing {
 namespace {
 
 namespace fs = std::filesystem;
-using Strings = std::vector<std::string>;
 
 class HostSurvival : public HostTest {
 protected:
@@ -25,7 +21,7 @@ protected:
         old_ = Path("old");
         ASSERT_EQ(Run({"acquire", "--events", "100", "-o", sample_}).status, 0);
         fs::copy_file(ORVANE_EXAMPLES "/strategy.xml", gates_);
-        std::ofstream(old_) << "old";
+        Write("old", "old");
     }
 
     /// The commands with `output` as a file that they write.
@@ -49,25 +45,23 @@ protected:
     std::string old_;  ///< what commands are to write; it has another content
 };
 
-TEST_F(HostSurvival, AFullDiskLeavesTheOldFile) {
-    for (const Strings& command : WritingTo(old_)) {
-        const HostRun run = Run(command, "ulimit -f 2; ");
-        EXPECT_EQ(run.status, 1) << command[0];
-        EXPECT_EQ(run.err, "orvane: " + old_ + " cannot be written: File too large\n");
-        ExpectNothingChanged();
+TEST_F(HostSurvival, NothingChangesWhereOutputCannotBeWritten) {
+    const std::string nowhere = Path("no/such/directory/out");
+    for (const auto& [output, reason] : {std::pair(old_, "File too large"),
+                                         {nowhere, "No such file or directory"},
+                                         {Path("."), "Is a directory"}}) {
+        for (const Strings& command : WritingTo(output)) {
+            const HostRun run = Run(command, "ulimit -f 2; ");
+            EXPECT_EQ(run.status, 1) << command[0];
+            EXPECT_EQ(run.err, "orvane: " + output + " cannot be written: " + reason + "\n");
+            ExpectNothingChanged();
+        }
     }
 }
 
 TEST_F(HostSurvival, ASignalLeavesTheOldFile) {
     for (const int signal : {SIGTERM, SIGHUP, SIGPIPE}) {
-        const std::string command =
-            "echo $$; exec " ORVANE_HOST_PROGRAM " acquire --rate 200 -o '" + old_ + "'";
-        FILE* program = popen(command.c_str(), "r");
-        ASSERT_NE(program, nullptr);
-        int process = 0;
-        ASSERT_EQ(std::fscanf(program, "%d counts", &process), 1);
-        kill(process, signal);
-        const int status = pclose(program);
+        const int status = Interrupt({"acquire", "--rate", "200", "-o", old_}, signal);
         EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;
         ExpectNothingChanged();
     }

@@ -11,46 +11,21 @@
 namespace Orvane::Testing {
 namespace {
 
-using nlohmann::json;
-using Strings = std::vector<std::string>;
-
 class Host : public HostTest {
 protected:
-    /// One parameter of floats.
-    static FcsBuilder Column(const std::vector<float>& values) {
-        FcsBuilder builder('F', "1,2,3,4", {"32"}, static_cast<int>(values.size()));
-        for (const float value : values)
-            builder.data += EncodeFloat(value);
-        return builder;
-    }
-
     json FirstRow(const std::vector<float>& values) const {
-        return Stats(Write(Column(values)))["populations"][0]["statistics"][0];
+        return Stats(Write(FcsBuilder::Floats(1, values)))["populations"][0]["statistics"][0];
     }
 };
-
-Strings Split(const std::string& text, char separator) {
-    Strings parts;
-    std::istringstream stream(text);
-    for (std::string part; std::getline(stream, part, separator);)
-        parts.push_back(part);
-    return parts;
-}
 
 TEST_F(Host, ComputesEveryStatistic) {
     const json row = FirstRow({1, 2, 3, 4, 100});
     const double sd = std::sqrt((21.0 * 21 + 20 * 20 + 19 * 19 + 18 * 18 + 78 * 78) / 4);
-    for (const auto& [key, value] : std::vector<std::pair<const char*, double>>{{"count", 5},
-                                                                                {"min", 1},
-                                                                                {"max", 100},
-                                                                                {"mean", 22},
-                                                                                {"median", 3},
-                                                                                {"sd", sd},
-                                                                                {"cv", sd / 22},
-                                                                                {"rsd", 1.4826},
-                                                                                {"rcv", 1.4826 / 3}}) {
+    const std::map<std::string, double> expected{{"count", 5},    {"min", 1},      {"max", 100},
+                                                 {"mean", 22},    {"median", 3},   {"sd", sd},
+                                                 {"cv", sd / 22}, {"rsd", 1.4826}, {"rcv", 1.4826 / 3}};
+    for (const auto& [key, value] : expected)
         EXPECT_NEAR(row[key].get<double>(), value, 1e-6 * value) << key;
-    }
     const HostRun table = Run({"stats", Path("a.fcs")});
     EXPECT_NE(table.out.find(" 49.42"), std::string::npos) << "ratios in per cent: " << table.out;
 }
@@ -67,27 +42,17 @@ TEST_F(Host, GivesNullWhereAStatisticIsUndefined) {
              {{1, 2, Infinity}, {"max", "mean", "sd", "cv"}}}) {
         const json row = FirstRow(values);
         EXPECT_EQ(row["count"], values.size());
-        Strings nulls;
-        std::copy_if(all.begin(), all.end(), std::back_inserter(nulls),
-                     [&row = row](const std::string& key) { return row[key].is_null(); });
-        EXPECT_EQ(nulls, undefined) << values.size() << " values";
+        for (const std::string& key : all)
+            EXPECT_EQ(row[key].is_null(), std::count(undefined.begin(), undefined.end(), key) == 1) << key;
     }
 }
 
 /// JSON, CSV and the table say the same, and numbers come back as the floats they were.
 TEST_F(Host, WritesTheSameInEveryFormat) {
-    FcsBuilder builder = FcsBuilder::Small().Set("$P1N", "A \"b\"").Set("$TOT", "5").Set("$P2N", "\xB5m");
-    builder.data = EncodeFloat(0.1F) + EncodeFloat(16777216.0F) + EncodeFloat(1e-30F) + EncodeFloat(-3.4e38F);
+    FcsBuilder builder = FcsBuilder::Floats(2, {0.1F, 16777216.0F, 1e-30F, -3.4e38F});
+    builder.Set("$P1N", "A \"b\"").Set("$TOT", "5").Set("$P2N", "\xB5m");
     const std::string path = Write(builder, "odd, name.fcs");
     const json file = Stats(path);
-    EXPECT_EQ(file["file"], path);
-    EXPECT_EQ(file["version"], "FCS3.1");
-    EXPECT_EQ(file["events"], 2);
-    const json& population = file["populations"][0];
-    EXPECT_EQ(population["name"], "All");
-    EXPECT_TRUE(population["parent"].is_null());
-    EXPECT_EQ(population["count"], 2);
-    EXPECT_EQ(population["percent_of_total"], 100);
     EXPECT_EQ(Row(file, "A \"b\"")["max"].get<float>(), 0.1F);
     EXPECT_EQ(Row(file, "\u00B5m")["min"].get<float>(), -3.4e38F);
     EXPECT_NE(Run({"stats", path, "--format", "json"}).out.find("\"max\": 0.1,"), std::string::npos);
@@ -117,15 +82,13 @@ TEST_F(Host, SelectsParametersByName) {
     ASSERT_EQ(rows.size(), 2U);
     EXPECT_EQ(rows[0]["parameter"], "FL 1-A");
     EXPECT_EQ(rows[1]["parameter"], "Par1");
-    const HostRun unknown = Run({"stats", path, "--parameters", "Par1,Par9"});
-    EXPECT_EQ(unknown.status, 1);
-    EXPECT_NE(unknown.err.find("\"Par9\", expected one of Par1, FL 1-A"), std::string::npos) << unknown.err;
+    ExpectRefused({"stats", path, "--parameters", "Par1,Par9"}, "\"Par9\", expected one of Par1, FL 1-A");
 }
 
 TEST_F(Host, ReportsTheOtherFilesWhenOneIsRefused) {
     Strings command = {"stats", "--format", "json", "--jobs", "3"};
-    for (int i = 0; i < 12; ++i) {
-        FcsBuilder builder = Column(std::vector<float>(static_cast<std::size_t>(1 + 1000 * (i % 3)), 5.0F));
+    for (std::size_t i = 0; i < 12; ++i) {
+        FcsBuilder builder = FcsBuilder::Floats(1, std::vector<float>(1 + 1000 * (i % 3)));
         if (i == 4) builder.Set("$PAR", "x");
         command.push_back(Write(builder, std::to_string(i) + ".fcs"));
     }
@@ -157,15 +120,8 @@ TEST_F(Host, WritesOutputFilesWholeOrNotAtAll) {
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.out + run.err, "");
     EXPECT_EQ(ReadFile(out), Run({"stats", good, "--format", "csv"}).out);
-    const HostRun failed = Run({"stats", good, "-o", Path("no/such/directory/out")});
-    EXPECT_EQ(failed.status, 1);
-    EXPECT_NE(failed.err.find("no/such/directory/out"), std::string::npos);
     EXPECT_EQ(Run({"stats", good, "-o", "/dev/null"}).status, 0);
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
-    std::size_t entries = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(Path(".")))
-        entries += entry.exists() ? 1U : 0U;
-    EXPECT_EQ(entries, 4U) << "the sample, the output, standard output and standard error";
 }
 
 TEST_F(Host, InfoDescribesAFile) {
@@ -179,7 +135,7 @@ TEST_F(Host, InfoDescribesAFile) {
                              "262144", "2.5", "warning: HEADER begin and end of DATA is"}) {
         EXPECT_NE(table.out.find(part), std::string::npos) << part << " in\n" << table.out;
     }
-    const json file = Run({"info", path, "--format", "json"}).Json()["files"][0];
+    const json file = Tell("info", path);
     EXPECT_EQ(file["spillover"]["matrix"], json::parse("[[1.0, 0.25], [0.0, 1.0]]"));
     EXPECT_EQ(file["parameters"][0]["gain"], 2.5);
     EXPECT_EQ(file["warnings"].size(), 1U);
@@ -187,16 +143,50 @@ TEST_F(Host, InfoDescribesAFile) {
 }
 
 TEST_F(Host, RefusesWrongUsage) {
-    const std::string path = Write(FcsBuilder::Small());
-    for (const Strings& command : std::vector<Strings>{{},
-                                                       {"stats"},
-                                                       {"unknown", path},
-                                                       {"info", path, "--format", "csv"},
-                                                       {"stats", path, "--jobs", "0"}}) {
-        const HostRun run = Run(command);
-        EXPECT_EQ(run.status, 2) << run.out;
-        EXPECT_NE(run.err, "");
+    Write(FcsBuilder::Small());
+    std::istringstream cases(R"(|
+stats|
+unknown a.fcs|subcommand
+info a.fcs --format csv|--format
+stats a.fcs --jobs 0|--jobs
+stats a.fcs --population x|--population
+stats a.fcs --values channel --compensate file|need scale values
+gate a.fcs|--gates
+convert a.fcs out --type A|--type
+convert a.fcs out --order middle|--order
+convert a.fcs out --population x|--population
+convert a.fcs out --gates x.xml|--gates
+convert a.fcs out --values channel --compensate file|need scale values
+acquire|--output
+acquire -o out --events 0|--events
+acquire -o out --events 10000001|--events
+acquire -o out --events many|--events
+acquire -o out --seed -1|--seed
+acquire -o out --seed 18446744073709551616|--seed
+acquire -o out --rate -5|--rate
+plot a.fcs --x Par1|-o
+plot a.fcs --x Par1 -o a.fcs|a file to read cannot be
+plot a.fcs -o out --y Par1|--x
+plot a.fcs -o out --x Par1 --kind dot|need --y
+plot a.fcs -o out --x Par1 --y Par2 --kind histogram|no --y
+plot a.fcs -o out --x Par1 --y Par2 --kind density --overlay a.fcs|only dot plots
+plot a.fcs -o out --x Par1 --y Par2 --overlay x,x,x,x,x,x,x,x|at most 8
+plot a.fcs -o out --x Par1 --x-range 5,5|--x-range
+plot a.fcs -o out --x Par1 --x-range 0,inf|--x-range
+plot a.fcs -o out --x Par1 --x-range 0,1e39|--x-range
+plot a.fcs -o out --x Par1 --y-range 0,1|--y
+plot a.fcs -o out --x Par1 --size 100x2000|--size
+plot a.fcs -o out --x Par1 --size 640|--size
+plot a.fcs -o out --x Par1 --scale 5|--scale
+)");
+    std::string command;
+    std::string reason;
+    while (std::getline(std::getline(cases, command, '|'), reason)) {
+        SCOPED_TRACE(command);
+        ExpectRefused(Split(command, ' '), reason, 2, "cd '" + Path("") + "'; ");
+        EXPECT_FALSE(std::filesystem::exists(Path("out")));
     }
+    EXPECT_EQ(ReadFile(Path("a.fcs")), FcsBuilder::Small().Build());
     for (const char* option : {"--help", "--version"})
         EXPECT_EQ(Run({option}).status, 0);
 }

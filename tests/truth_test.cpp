@@ -8,7 +8,6 @@
 namespace Orvane::Testing {
 namespace {
 
-using nlohmann::json;
 namespace fs = std::filesystem;
 
 class Truth : public HostTest {
@@ -30,7 +29,7 @@ protected:
         ASSERT_FALSE(files_.empty());
     }
 
-    json RunOnAll(std::vector<std::string> command) const {
+    json RunOnAll(Strings command) const {
         command.insert(command.end(), files_.begin(), files_.end());
         const HostRun run = Run(command);
         EXPECT_EQ(run.status, 0) << run.err;
@@ -89,11 +88,8 @@ TEST_F(Truth, ConvertedFilesReadTheSame) {
 }
 
 void ExpectParameter(const json& parameter, const json& truth) {
-    EXPECT_EQ(parameter["name"], truth["name"]);
-    EXPECT_EQ(parameter["stain"], truth["stain"]);
-    EXPECT_EQ(parameter["bits"], truth["bits"]);
-    EXPECT_EQ(parameter["range"], truth["range"]);
-    EXPECT_EQ(parameter["gain"], truth["gain"]);
+    for (const char* key : {"name", "stain", "bits", "range", "gain"})
+        EXPECT_EQ(parameter[key], truth[key]);
     json amplification = truth["amp"];
     if (truth.contains("amp_zero_taken_as_one")) amplification[1] = 1.0;
     EXPECT_EQ(parameter["amplification"], amplification);

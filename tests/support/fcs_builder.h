@@ -2,10 +2,9 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
-#include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,18 +20,11 @@ inline std::string EncodeWord(std::uint64_t value, const std::string& order) {
     return bytes;
 }
 
-template <class Floating, class Bits>
-std::string EncodeFloating(Floating value, const std::string& order) {
-    Bits bits;
-    std::memcpy(&bits, &value, sizeof bits);
-    return EncodeWord(bits, order);
-}
-
 inline std::string EncodeFloat(float value, const std::string& order = "1234") {
-    return EncodeFloating<float, std::uint32_t>(value, order);
+    return EncodeWord(std::bit_cast<std::uint32_t>(value), order);
 }
 inline std::string EncodeDouble(double value, const std::string& order = "12345678") {
-    return EncodeFloating<double, std::uint64_t>(value, order);
+    return EncodeWord(std::bit_cast<std::uint64_t>(value), order);
 }
 
 class FcsBuilder {
@@ -51,7 +43,9 @@ public:
     std::array<std::string, 6> header;
 
     /// `widths` are $PnB; every parameter is linear with a range that masks nothing.
-    FcsBuilder(char type, const std::string& byteOrder, const std::vector<std::string>& widths, int events) {
+    FcsBuilder(char type, const std::string& byteOrder, const std::vector<std::string>& widths,
+               std::size_t events, std::string bytes = "")
+        : data(std::move(bytes)) {
         Set("$MODE", "L").Set("$DATATYPE", std::string(1, type)).Set("$NEXTDATA", "0");
         if (type != 'A') Set("$BYTEORD", byteOrder);
         Set("$PAR", std::to_string(widths.size())).Set("$TOT", std::to_string(events));
@@ -62,13 +56,17 @@ public:
         }
     }
 
-    /// Two parameters, three events of floats: 1, 2, 3 and 10, 20, 30.
-    static FcsBuilder Small() {
-        FcsBuilder builder('F', "1,2,3,4", {"32", "32"}, 3);
-        for (const float value : {1.0F, 10.0F, 2.0F, 20.0F, 3.0F, 30.0F})
+    /// Little-endian floats, event by event.
+    static FcsBuilder Floats(std::size_t parameters, const std::vector<float>& values) {
+        FcsBuilder builder('F', "1,2,3,4", std::vector<std::string>(parameters, "32"),
+                           values.size() / parameters);
+        for (const float value : values)
             builder.data += EncodeFloat(value);
         return builder;
     }
+
+    /// Two parameters, three events: 1, 2, 3 and 10, 20, 30.
+    static FcsBuilder Small() { return Floats(2, {1, 10, 2, 20, 3, 30}); }
 
     FcsBuilder& Set(const std::string& keyword, const std::string& value) {
         for (auto& pair : keywords_) {
@@ -87,8 +85,13 @@ public:
     }
 
     std::string Build() const {
+        auto keywords = keywords_;
+        if (placesInText) {
+            keywords.emplace_back("$BEGINDATA", std::to_string(dataBegin));
+            keywords.emplace_back("$ENDDATA", std::to_string(dataBegin + data.size() - 1));
+        }
         std::string text(1, delimiter);
-        for (const auto& [keyword, value] : AllKeywords()) {
+        for (const auto& [keyword, value] : keywords) {
             for (const std::string& token : {keyword, value})
                 text.append(token).append(1, delimiter);
         }
@@ -106,18 +109,7 @@ public:
         return file + data + behindData;
     }
 
-    void Write(const std::string& path) const { std::ofstream(path, std::ios::binary) << Build(); }
-
 private:
-    std::vector<std::pair<std::string, std::string>> AllKeywords() const {
-        auto all = keywords_;
-        if (placesInText) {
-            all.emplace_back("$BEGINDATA", std::to_string(dataBegin));
-            all.emplace_back("$ENDDATA", std::to_string(dataBegin + data.size() - 1));
-        }
-        return all;
-    }
-
     std::vector<std::pair<std::string, std::string>> keywords_;
 };
 
