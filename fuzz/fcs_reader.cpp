@@ -2,11 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
+#include <numeric>
 
 #include "fuzz/host_support.h"
 #include "fuzz/input.h"
 #include "fuzz/target.h"
-#include "host/statistics/population_statistics.h"
 
 namespace {
 
@@ -26,16 +26,12 @@ void ExpectSameCounts(const Host::FileStatistics& statistics, const Host::FcsFil
 }
 
 void Measure(const std::string& path, Host::ValueKind values, std::size_t size) {
-    Host::Findings findings(false);
-    Host::FcsFile file = Host::OpenFcsFile(path, findings);
-    Host::OpenedFile opened{std::move(file), std::move(findings)};
+    Host::OpenedFile opened = Fuzz::Open(path);
     ExpectPossibleCounts(opened.file, size);
-    Host::SizePool({&opened.file});
     const Host::Analysis analysis = Host::ReadAnalysis({}, values);
     Host::GatedSample sample(opened.file, analysis, opened.findings, [](std::uint64_t) {});
     std::vector<std::size_t> parameters(opened.file.layout.parameters.size());
-    for (std::size_t p = 0; p < parameters.size(); ++p)
-        parameters[p] = p;
+    std::iota(parameters.begin(), parameters.end(), std::size_t{0});
     ExpectSameCounts(Host::MeasureFile(path, opened, sample, analysis, parameters), opened.file);
 }
 

@@ -4,32 +4,21 @@
 #include "fuzz/host_support.h"
 #include "fuzz/input.h"
 #include "fuzz/target.h"
-#include "host/statistics/population_statistics.h"
 #include "tests/support/fcs_builder.h"
 
 namespace {
 
-constexpr const char* Names[] = {"FSC-A", "FSC-W", "SSC-A", "FITC-A", "PE-A", "APC-A"};
+using Orvane::Testing::FcsBuilder;
 
-/// Some events with every kind of value.
+/// Some events with every kind of value, of parameters that the seeds name.
 std::string SampleBytes() {
-    constexpr int Events = 100;
-    Orvane::Testing::FcsBuilder builder('F', "1,2,3,4", std::vector<std::string>(std::size(Names), "32"),
-                                        Events);
-    for (std::size_t i = 0; i < std::size(Names); ++i)
-        builder.Set("$P" + std::to_string(i + 1) + "N", Names[i]);
-    builder.Set("$SPILLOVER", "2,FITC-A,PE-A,1,0.25,0.125,1");
-    for (const float value : Orvane::Testing::RandomFloats(Events * static_cast<int>(std::size(Names)), 1))
-        builder.data += Orvane::Testing::EncodeFloat(value);
-    return builder.Build();
-}
-
-/// The sample as every run opens it.
-Host::OpenedFile OpenSample() {
-    static const Fuzz::TemporaryFile file(SampleBytes());
-    Host::Findings findings(false);
-    Host::FcsFile opened = Host::OpenFcsFile(file.Path(), findings);
-    return {std::move(opened), std::move(findings)};
+    const std::vector<std::string> names{"Par1",   "Par2", "Par3",  "FSC-A",    "FSC-W",        "SSC-A",
+                                         "FITC-A", "PE-A", "APC-A", "PE-Cy7-A", "PerCP-Cy5-5-A"};
+    const auto parameters = static_cast<int>(names.size());
+    FcsBuilder builder = FcsBuilder::Floats(names.size(), Orvane::Testing::RandomFloats(100 * parameters, 1));
+    for (std::size_t i = 0; i < names.size(); ++i)
+        builder.Set("$P" + std::to_string(i + 1) + "N", names[i]);
+    return builder.Set("$SPILLOVER", "2,FITC-A,PE-A,1,0.25,0.125,1").Build();
 }
 
 /// Its events are inside its parent, and counted.
@@ -48,8 +37,8 @@ void ExpectPopulation(Host::GatedPopulation& population, Host::GatedPopulation* 
 
 void Gate(const std::string& path) {
     const Host::Analysis analysis = Host::ReadAnalysis({"", path, ""}, Host::ValueKind::Scale);
-    Host::OpenedFile opened = OpenSample();
-    Host::SizePool({&opened.file});
+    static const Fuzz::TemporaryFile events(SampleBytes());
+    Host::OpenedFile opened = Fuzz::Open(events.Path());
     Host::GatedSample sample(opened.file, analysis, opened.findings, [](std::uint64_t) {});
     std::vector<Host::GatedPopulation>& populations = sample.Populations();
     for (Host::GatedPopulation& population : populations)

@@ -9,7 +9,8 @@
 
 #include <orvane/MemoryManage.h>
 
-#include "host/files/findings.h"
+#include "host/fcs_files/opened_files.h"
+#include "host/statistics/population_statistics.h"
 
 namespace Fuzz {
 
@@ -32,6 +33,13 @@ public:
 private:
     std::string path_;
 };
+
+inline Host::OpenedFile Open(const std::string& path) {
+    Host::Findings findings(false);
+    Host::FcsFile file = Host::OpenFcsFile(path, findings);
+    Host::SizePool({&file});
+    return {std::move(file), std::move(findings)};
+}
 
 /// Runs `work` as a command runs. It may refuse its input; whatever else it throws is a finding.
 template <class Work>

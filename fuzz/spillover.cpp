@@ -58,21 +58,9 @@ bool IsGentle(const Host::Spillover& matrix) {
     return true;
 }
 
-/// The columns of the matrix; fewer when it names something else, or one of them twice.
-std::set<std::size_t> ChannelsOf(const Host::Spillover& matrix) {
-    std::set<std::size_t> channels;
-    for (const std::string& name : matrix.names) {
-        const auto channel = Host::FindChannel(Layout(), name);
-        if (channel) channels.insert(*channel);
-    }
-    return channels;
-}
-
 /// Compensation gives the units back.
-void ExpectUnits(const Host::Spillover& matrix, const Host::Compensation& compensation) {
-    std::vector<std::size_t> channels;
-    for (const std::string& name : matrix.names)
-        channels.push_back(*Host::FindChannel(Layout(), name));
+void ExpectUnits(const Host::Spillover& matrix, const std::vector<std::size_t>& channels,
+                 const Host::Compensation& compensation) {
     SpilledUnits spilled(matrix, channels);
     Host::CompensatedEvents units(spilled.Sections, compensation);
     if (!IsGentle(matrix)) return;
@@ -88,8 +76,13 @@ void Compensate(const Host::CompensationChoice& choice, const std::optional<Host
     Host::Findings findings(false);
     const Host::Compensation compensation = Host::ChooseCompensation(choice, ofFile, Layout(), findings);
     const Host::Spillover* matrix = Host::ChosenMatrix(choice, ofFile);
-    if (matrix == nullptr || ChannelsOf(*matrix).size() != matrix->names.size()) return;
-    ExpectUnits(*matrix, compensation);
+    if (matrix == nullptr) return;
+    std::vector<std::size_t> channels;
+    for (const std::string& name : matrix->names) {
+        if (const auto channel = Host::FindChannel(Layout(), name)) channels.push_back(*channel);
+    }
+    const bool isUsable = std::set(channels.begin(), channels.end()).size() == matrix->names.size();
+    if (isUsable) ExpectUnits(*matrix, channels, compensation);
 }
 
 void CompensateByKeyword(const std::string& text) {
