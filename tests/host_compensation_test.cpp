@@ -35,7 +35,7 @@ TEST_F(HostCompensation, FindsTheMatrixOfAFile) {
 TEST_F(HostCompensation, ReadsAMatrixFromCommaSeparatedValues) {
     const std::string path = Write(FcsBuilder::Small().Set("SPILL", "2,Par1,Par2,1,0,0.5,1"));
     for (const char* text :
-         {"Par1,Par2\n1,0.5\n0,1\n", "\xEF\xBB\xBF,\"Par1\",\"Par2\"\r\nPar1,1,0.5\r\n\"a,b\",0,1",
+         {"\xEF\xBB\xBFPar1,Par2\n1,0.5\n0,1\n", ",\"Par1\",\"Par2\"\r\nPar1,1,0.5\r\n\"a,b\",0,1",
           "\n Par2 , Par1 \n\n1,0\n+0.5,1\n\n"}) {
         SCOPED_TRACE(text);
         ExpectCompensated(Stats(path, {"--compensate", Write(text, "matrix.csv")}));

@@ -159,7 +159,7 @@ TEST_F(HostConvert, PlacesBeyondEightDigitsStandInTextOnly) {
     const json info = Info(converted);
     EXPECT_EQ(info["header"]["data"], json({0, 0}));
     EXPECT_EQ(info["data"]["length"], 8 * Events);
-    EXPECT_EQ(DataOf(converted).substr(8 * (Events - 1)), EncodeDouble(2));
+    EXPECT_EQ(DataOf(converted).substr(std::size_t{8} * (Events - 1)), EncodeDouble(2));
 }
 
 }  // namespace

@@ -218,6 +218,7 @@ std::vector<Irregular> Irregularities() {
         {"places only in TEXT", nowhere, ""},
         {"places only in HEADER", WithHeader(2, "", false), ""},
         {"eight nines", eightNines, ""},
+        {"end of eight nines", WithHeader(3, "99999999"), ""},
         {"blank places", WithHeader(4, "        "), ""},
         {"wrong begin in HEADER", WithHeader(2, "    1000"), "DATA is read where TEXT says"},
         {"begin of DATA inside TEXT", WithHeader(2, "      60"), "DATA is read where TEXT says"},

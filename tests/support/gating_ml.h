@@ -57,7 +57,7 @@ inline const std::string EveryKind =
     Rectangle("arsinh", On("Par1", "min='0.99' transformation-ref='w'")) +
     Rectangle("clipped", On("Par1", "max='0.5' transformation-ref='t'") +
                              On("Par2", "max='1' min='0.5' transformation-ref='t'")) +
-    Rectangle("area", On("Par1", "min='1' max='2'") + On("Par2", "min='2'")) +
+    Rectangle("box", On("Par1", "min='1' max='2'") + On("Par2", "min='2'") + On("Par3", "min='2'")) +
     Rectangle("x", On("Par1", "min='2'")) + Rectangle("y", On("Par2", "min='2'"));
 
 }  // namespace Orvane::Testing
