@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <climits>
-#include <limits>
+#include <cmath>
 #include <utility>
 
 #include <orvane/OVCustomSignal.h>
@@ -60,8 +60,7 @@ using CustomSignals = OnEverySet<Capacity>;
 INSTANTIATE_TEST_SUITE_P(Sets, CustomSignals, ::testing::ValuesIn(AvailableInstructionSets()));
 
 TEST_P(CustomSignals, GiveTheBitsOfTheFormulaInEverySlotAndMayOverwriteTheirOperands) {
-    constexpr std::pair<int, float> Constants[] = {
-        {0, 2.5F}, {3, -0.0F}, {-7, std::numeric_limits<float>::quiet_NaN()}, {INT_MAX, 1e-30F}};
+    constexpr std::pair<int, float> Constants[] = {{0, 2.5F}, {3, -0.0F}, {-7, NAN}, {INT_MAX, 1e-30F}};
     const std::array<Floats, 3> columns{RandomFloats(Capacity, 1), RandomFloats(Capacity, 2),
                                         Floats(Capacity, 7)};
     OwnedEvents sample(Rows(513 + Capacity, Floats(3)), {0, 1, 513, Capacity - 1});

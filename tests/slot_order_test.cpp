@@ -57,16 +57,7 @@ using Segments = std::vector<SegmentSection*>&;
 using Signals = std::vector<SignalSection*>&;
 using Flags = std::vector<bool>&;
 using Ints = std::vector<int>&;
-using Value = float&;
-
-TEST(SlotOrder, AllocatorAndSectionUtility) {
-    using I = ISectionUtility;
-    ExpectSlots<OVMemoryAligned, 0>(&OVMemoryAligned::Malloc, &OVMemoryAligned::Free);
-    ExpectSlots<I>(
-        &I::FillSection, &I::FillSectionArray, Of<SignalSection*, Value, Value>(&I::FindSectionMaxAndMin),
-        Of<Signals, Value, Value>(&I::FindSectionMaxAndMin), &I::ConvertSection, &I::ConvertSectionArray,
-        &I::SectionArrayStatisticsMean, &I::SectionArrayStatisticsSD, &I::SectionArrayConvertModelSection);
-}
+using V = float&;
 
 TEST(SlotOrder, EventSection) {
     using I = IOVEventSection;
@@ -86,7 +77,13 @@ TEST(SlotOrder, EventSection) {
         &I::CheckValueEqual);
 }
 
-TEST(SlotOrder, OtherColumnSections) {
+TEST(SlotOrder, AllocatorAndOtherSections) {
+    ExpectSlots<OVMemoryAligned, 0>(&OVMemoryAligned::Malloc, &OVMemoryAligned::Free);
+    using U = ISectionUtility;
+    ExpectSlots<U>(&U::FillSection, &U::FillSectionArray, Of<SignalSection*, V, V>(&U::FindSectionMaxAndMin),
+                   Of<Signals, V, V>(&U::FindSectionMaxAndMin), &U::ConvertSection, &U::ConvertSectionArray,
+                   &U::SectionArrayStatisticsMean, &U::SectionArrayStatisticsSD,
+                   &U::SectionArrayConvertModelSection);
     using I = IOVSignalSection;
     ExpectSlots<I>(&I::GetTotalCount, &I::GetValue, &I::GetFirstValue, &I::GetLastValue,
                    &I::CopyVectorSignalSection, &I::ReleaseVectorSection, &I::ReleaseVectorSectionShare,
@@ -125,7 +122,6 @@ TEST(SlotOrder, StatisticsSignalSection) {
     using I = IOVStatisticsSignalSection;
     using S = Signals;
     using F = Filters;
-    using V = Value;
     ExpectSlots<I>(
         Of<S, F, int&, V, V>(&I::Average), Of<S, F, int&>(&I::Average), Of<S, int&, V, V>(&I::Average),
         Of<S, int&>(&I::Average), Of<S>(&I::Average), &I::Average_BackupAndSeparateSection_2Part,

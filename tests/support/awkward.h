@@ -3,7 +3,6 @@
 
 #include <cfloat>
 #include <cmath>
-#include <limits>
 #include <random>
 #include <vector>
 
@@ -11,15 +10,14 @@ namespace Orvane::Testing {
 
 /// Zeros of both signs, denormals, the extremes, infinities and NaN, small integers and their neighbours.
 inline std::vector<float> AwkwardFloats() {
-    constexpr float Infinity = std::numeric_limits<float>::infinity();
     std::vector<float> values;
-    for (const float value : {0.0F, FLT_TRUE_MIN, FLT_MIN, FLT_MAX, Infinity})
+    for (const float value : {0.0F, FLT_TRUE_MIN, FLT_MIN, FLT_MAX, HUGE_VALF})
         values.insert(values.end(), {value, -value});
-    values.push_back(std::numeric_limits<float>::quiet_NaN());
+    values.push_back(NAN);
     for (const float edge : {1.0F, 2.0F, 1023.0F, 1024.0F, 65535.0F, 65536.0F, 16777216.0F})
         for (const float value : {edge, -edge})
             values.insert(values.end(),
-                          {std::nextafter(value, -Infinity), value, std::nextafter(value, Infinity)});
+                          {std::nextafter(value, -HUGE_VALF), value, std::nextafter(value, HUGE_VALF)});
     return values;
 }
 
