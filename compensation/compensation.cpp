@@ -155,6 +155,7 @@ void OVCompensation::CalcCompensation_Section(EventSection* output, EventSection
 void OVCompensation::CalcCompensationSection(EventSection* output, EventSection* input,
                                              const OVMatrix& matrix, std::vector<float>& baselines,
                                              std::vector<int>& channels) const {
+    if (input->Count == 0) return;  // its columns may be null
     const CompensationPlan plan = MakePlan(*output, *input, matrix, baselines, channels);
     if (SharesColumns(plan)) return CompensateRowByRow(plan, input->Count);
     CompensateTogether(plan, input->Count);

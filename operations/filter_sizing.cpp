@@ -32,10 +32,12 @@ void OVFilterSection::SynchronousVectorSection(std::vector<FilterSection*>& sect
     while (sections.size() > counts.size()) {
         TakeLast(sections)->Release();
     }
+    while (sections.size() < counts.size()) {
+        AppendNew(sections, TakeStorage);
+    }
     for (std::size_t i = 0; i < counts.size(); ++i) {
-        FilterSection* section = i < sections.size() ? sections[i] : AppendNew(sections, TakeStorage);
-        section->Count = counts[i];
-        section->SetAll(false);
+        sections[i]->Count = counts[i];
+        sections[i]->SetAll(false);
     }
 }
 

@@ -30,7 +30,7 @@ float OVSignalSection::GetLastValue(std::vector<SignalSection*>& sections) {
 
 bool OVSignalSection::CopyVectorSignalSection(std::vector<SignalSection*>& source,
                                               std::vector<SignalSection*>& dest) {
-    ReleaseVectorSection(dest);
+    if (!dest.empty()) ReleaseVectorSection(dest);
     NewCopyVectorSignalSection(dest, source);
     return true;
 }
@@ -46,8 +46,9 @@ void OVSignalSection::ReleaseVectorSectionShare(std::vector<SignalSection*>& sec
 
 void OVSignalSection::NewCopyVectorSignalSection(std::vector<SignalSection*>& dest,
                                                  std::vector<SignalSection*>& source) {
-    for (SignalSection* from : source) {
-        AppendNew(dest, [from](SignalSection& section) { section.Clone(*from); });
+    const std::size_t count = source.size();  // `dest` may be `source`
+    for (std::size_t i = 0; i < count; ++i) {
+        AppendNew(dest, [from = source[i]](SignalSection& section) { section.Clone(*from); });
     }
 }
 

@@ -20,7 +20,7 @@ class OVSignalSection;
 /// are.
 ///
 /// NaN makes averages and standard deviations NaN, is passed over by ranges, and ranks above every number in
-/// medians: a median is NaN only when NaN reaches the middle. A median of zero is +0.0.
+/// medians: a median is NaN only when NaN reaches the middle. Zeros rank as +0.0.
 ///
 /// Vectors that values are copied into (`out`, `lower`, parts) are overwritten from their first section on.
 /// Each is filled to `Capacity` and the next one taken at once, so that the last one may be empty; sections
