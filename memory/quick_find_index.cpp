@@ -30,8 +30,8 @@ void QuickFindIndex::AddItem(void* address, int size, int index) {
 }
 
 void QuickFindIndex::RemoveItem(void* address) {
-    int position = -1;
-    if (FindIndex(address, position) < 0) throw "No find address in itmes.";
+    const int position = FindPosition(ToAddress(address));
+    if (position < 0) throw "No find address in itmes.";
     delete Items[static_cast<std::size_t>(position)];
     Items.erase(Items.begin() + position);
     UpdateAddressMaxAndMin(position);

@@ -55,10 +55,13 @@ void OVEventSection::DealEvent(std::vector<EventSection*>& sections, std::vector
     std::srand(static_cast<unsigned>(std::time(nullptr)));
     const int capacity = MemoryManage::GetCapacity();
     const auto signalCount = static_cast<int>(channelMap.size());
-    std::vector<AcquiredSignal> signals = PlanSignals(channelMap, gains, data.channelCount);
     EventSection* section = GetNextSection(sections, signalCount, nullptr);
+    section->Count = 0;
+    int remaining = EventsIn(data);
+    if (remaining == 0) return;  // the gains may be missing
+    std::vector<AcquiredSignal> signals = PlanSignals(channelMap, gains, data.channelCount);
     const int* raw = data.data;
-    for (int remaining = EventsIn(data);;) {
+    for (;;) {
         const int count = std::min(remaining, capacity);
         AcquireEvents(signals, data, raw, count, section->Signals);
         section->Count = count;

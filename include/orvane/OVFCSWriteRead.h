@@ -16,8 +16,10 @@
 namespace Orvane {
 
 /// Converts between raw segments and an event section. Vectors, records, columns and buffers are the
-/// caller's; nothing but them is written, and nothing is thrown. A missing `IntParFormat` for integers or
-/// ASCII, columns too short for the events and buffers too small for the bytes are not detected.
+/// caller's; nothing but them is written, and nothing is thrown. While logarithmic integers are read, the
+/// pool may lend a column for each scale of theirs, so that its handler can be asked for memory; without one
+/// they only take longer. A missing `IntParFormat` for integers or ASCII, columns too short for the events
+/// and buffers too small for the bytes are not detected.
 class ORVANE_API IOVFCSWriteRead {
 public:
     virtual ~IOVFCSWriteRead() = default;
