@@ -1,26 +1,15 @@
 // Compensation: the stated formula bit for bit, whatever the matrix, and storage that columns share.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
-#include <limits>
-#include <memory>
 #include <numeric>
-#include <random>
-
-#include <orvane/OVCompensation.h>
 
 #include "tests/support/awkward.h"
 #include "tests/support/instruction_sets.h"
 #include "tests/support/pool.h"
 #include "tests/support/population.h"
 
-namespace Orvane {
+namespace Orvane::Testing {
 namespace {
-
-using namespace Testing;
-
-using Events = std::vector<EventSection*>;
 
 struct Set {
     OVMatrix Matrix;
@@ -71,18 +60,10 @@ void CompensatePlainly(EventSection& output, EventSection& input, const Set& set
     }
 }
 
-void Compensate(EventSection& output, EventSection& input, Set& set) {
-    Set none;
-    OVCompensation().CalcCompensation_Section(&output, &input, set.Matrix, set.Baselines, set.Channels,
-                                              none.Matrix, none.Baselines, none.Channels);
-}
-
 /// A set of `size` of the first `signals` signals, in any order. Of its coefficients, off the diagonal, some
 /// `density` of 16 are not zero, and some of these not numbers that anybody would choose.
 Set RandomSet(int size, int signals, unsigned density, unsigned seed) {
-    constexpr double Infinity = std::numeric_limits<double>::infinity();
-    constexpr double Awkward[] = {-0.0, std::numeric_limits<double>::quiet_NaN(), Infinity, -Infinity, 5e-324,
-                                  1e300};
+    const Floats awkward = AwkwardFloats();
     std::mt19937 random(seed);
     Set set{OVMatrix(size, size), RandomFloats(size, seed),
             std::vector<int>(static_cast<std::size_t>(signals))};
@@ -92,23 +73,31 @@ Set RandomSet(int size, int signals, unsigned density, unsigned seed) {
     for (int i = 0; i < size * size; ++i) {
         if (i % (size + 1) != 0 && random() % 16 >= density) continue;
         const double value = std::normal_distribution()(random);
-        set.Matrix.GetData()[i] = random() % 32 == 0 ? Awkward[random() % std::size(Awkward)] : value;
+        set.Matrix.GetData()[i] = random() % 32 == 0 ? awkward[random() % awkward.size()] : value;
     }
     return set;
 }
 
-/// Compensates `events` events and expects what the description gives, and nothing else written.
+/// Compensates two sections, the first with `events` events, by two sets, and expects what the description
+/// gives, and nothing else written.
 void ExpectPlainResult(int size, int events, unsigned density) {
     SCOPED_TRACE(::testing::Message() << size << " channels, " << events << " events, density " << density);
-    Set set = RandomSet(size, size + 2, density, static_cast<unsigned>(size + events));
-    Section input(size + 2, events, 1);
-    Section output(size + 2, 0, 1000);
-    Section expected(size + 2, 0, 1000);
-    CompensatePlainly(expected, input, set);
-    Compensate(output, input, set);
-    EXPECT_EQ(Content(output), Content(expected));
-    EXPECT_EQ(Content(input), Content(Section(size + 2, events, 1)));
-    EXPECT_EQ(output.Count, 0);
+    const int signals = size + 2;
+    Set first = RandomSet(size, signals, density, static_cast<unsigned>(size + events));
+    Set second = RandomSet(2, signals, density, static_cast<unsigned>(events));
+    Section inputs[] = {{signals, events, 1}, {signals, 20, 2}};
+    Section outputs[] = {{signals, 0, 1000}, {signals, 0, 2000}};
+    std::vector<EventSection*> from{&inputs[0], &inputs[1]}, to{&outputs[0], &outputs[1]};
+    OVCompensation().CalcCompensation(to, from, first.Matrix, first.Baselines, first.Channels, second.Matrix,
+                                      second.Baselines, second.Channels);
+    for (const int i : {0, 1}) {
+        Section expected(signals, 0, i == 0 ? 1000 : 2000);
+        CompensatePlainly(expected, inputs[i], first);
+        CompensatePlainly(expected, inputs[i], second);
+        EXPECT_EQ(Content(outputs[i]), Content(expected)) << "section " << i;
+        EXPECT_EQ(outputs[i].Count, 0);
+    }
+    EXPECT_EQ(Content(inputs[0]), Content(Section(signals, events, 1)));
 }
 
 class CompensationOnEverySet : public ::testing::TestWithParam<InstructionSet> {
@@ -129,52 +118,18 @@ TEST_P(CompensationOnEverySet, GivesTheBitsOfTheDescriptionForColumnsOfEverySize
 
 INSTANTIATE_TEST_SUITE_P(Sets, CompensationOnEverySet, ::testing::ValuesIn(AvailableInstructionSets()));
 
-OVMatrix Matrix2(double a, double b, double c, double d) {
-    double values[] = {a, b, c, d};
-    return {values, 2, 2};
-}
-
-TEST(Compensation, AppliesBothSetsToTheRawValuesOfEverySectionAndLeavesSharedColumnsAlone) {
-    const SmallPool pool;
-    Set first{Matrix2(1, 0.5, 0.25, 1), {1, 2}, {3, 0}};
-    Set second{Matrix2(1, 0.125, 0.5, 3), {0, 5}, {2, 0}};
-    std::vector<bool> shared{false, true, false, false};
-    std::vector<std::unique_ptr<Section>> raw;
-    std::vector<EventSection> compensated(3);
-    Events inputs;
-    Events outputs;
-    for (unsigned i = 0; i < 3; ++i) {
-        raw.push_back(std::make_unique<Section>(4, 20 * static_cast<int>(i), i));
-        inputs.push_back(raw[i].get());
-        outputs.push_back(&compensated[i]);
-        compensated[i].Initial(*raw[i], shared);
-        for (const int s : {0, 2, 3})
-            std::copy_n((*raw[i])[s], raw[i]->Capacity, compensated[i][s]);
-    }
-    OVCompensation().CalcCompensation(outputs, inputs, first.Matrix, first.Baselines, first.Channels,
-                                      second.Matrix, second.Baselines, second.Channels);
-    for (unsigned i = 0; i < 3; ++i) {
-        Section expected(4, 20 * static_cast<int>(i), i);
-        CompensatePlainly(expected, *raw[i], first);
-        CompensatePlainly(expected, *raw[i], second);
-        EXPECT_EQ(Content(compensated[i]), Content(expected)) << "section " << i;
-        compensated[i].Release(shared);
-    }
-}
-
 TEST(Compensation, InPlaceKeepsDifferencesInThePoolThatOverwrittenColumnsCannotGive) {
-    Set set = RandomSet(5, 5, 16, 4);
+    Set set = RandomSet(5, 5, 16, 4), none;
     for (int i = 1; i < 5; ++i)
         set.Matrix.SetValue(i, 0, 0.0);  // channel 0 is overwritten before another row could ask for it
-    ForEachFailingAllocation([&set] {
-        Section section(5, 50, 1);
-        Section raw(5, 50, 1);
-        Section expected(5, 50, 1);
+    ForEachFailingAllocation([&] {
+        Section section(5, 50, 1), raw(5, 50, 1), expected(5, 50, 1);
         CompensatePlainly(expected, raw, set);
-        Compensate(section, section, set);
+        OVCompensation().CalcCompensation_Section(&section, &section, set.Matrix, set.Baselines, set.Channels,
+                                                  none.Matrix, none.Baselines, none.Channels);
         EXPECT_EQ(Content(section), Content(expected));
     });
 }
 
 }  // namespace
-}  // namespace Orvane
+}  // namespace Orvane::Testing

@@ -45,10 +45,8 @@ float RobustSDBySorting(const Floats& values, float median) {
     return static_cast<float>(MedianBySorting(Deviations(values, median)) * 1.4826);
 }
 
-Floats Selected(const Floats& values, bool (*keep)(float)) {
-    Floats kept;
-    std::copy_if(values.begin(), values.end(), std::back_inserter(kept), keep);
-    return kept;
+Floats Slice(const Floats& values, int first, int last) {
+    return {values.begin() + first, values.begin() + last};
 }
 
 struct DataSet {
@@ -153,33 +151,22 @@ TEST_P(OrderStatistics, SeparateWithoutLosingAValueOrTheOrderOfTheParts) {
             const SmallPool pool(4096, 16);
             Sample sample(data.Values);
             OwnedSignals parts[4];
-            statistics.BackupAndSeparateSection_4Part(sample.Sections, min, max, parts[0].Sections,
-                                                      parts[1].Sections, parts[2].Sections,
-                                                      parts[3].Sections);
-            Floats together;
-            std::vector<int> ends;
-            for (const OwnedSignals& part : parts) {
-                const Floats values = part.Values();
-                together.insert(together.end(), values.begin(), values.end());
-                ends.push_back(static_cast<int>(together.size()));
-            }
-            EXPECT_EQ(SortedBits(together), SortedBits(data.Values));
-            EXPECT_EQ(Bits({statistics.CalcMedian_4Part(parts[0].Sections, parts[1].Sections,
-                                                        parts[2].Sections, parts[3].Sections)}),
+            auto& [p1, p2, p3, p4] = parts;
+            statistics.BackupAndSeparateSection_4Part(sample.Sections, min, max, p1.Sections, p2.Sections,
+                                                      p3.Sections, p4.Sections);
+            EXPECT_EQ(Bits({statistics.CalcMedian_4Part(p1.Sections, p2.Sections, p3.Sections, p4.Sections)}),
                       Bits({MedianBySorting(data.Values)}));
 
-            int inPlace[4] = {0, 0, 0, ends[3]};
-            statistics.SeparateSection_4Part(sample.Sections, min, max, inPlace[0], inPlace[1], inPlace[2]);
-            EXPECT_EQ(std::vector<int>(inPlace, inPlace + 4), ends);
+            int end[] = {0, 0, 0, static_cast<int>(data.Values.size())};
+            statistics.SeparateSection_4Part(sample.Sections, min, max, end[0], end[1], end[2]);
             const Floats separated = sample.Values();
-            for (int part = 0, begin = 0; part < 4; begin = ends[static_cast<std::size_t>(part++)]) {
-                const int end = ends[static_cast<std::size_t>(part)];
-                EXPECT_EQ(SortedBits({separated.begin() + begin, separated.begin() + end}),
-                          SortedBits({together.begin() + begin, together.begin() + end}));
+            EXPECT_EQ(SortedBits(separated), SortedBits(data.Values));
+            for (int part = 0; part < 4; ++part) {
+                const Floats inPlace = Slice(separated, part == 0 ? 0 : end[part - 1], end[part]);
+                EXPECT_EQ(SortedBits(inPlace), SortedBits(parts[part].Values()));
             }
 
-            OwnedSignals lower;
-            OwnedSignals upper;
+            OwnedSignals lower, upper;
             statistics.BackupAndSeparateSection(sample.Sections, max, lower.Sections, upper.Sections);
             EXPECT_EQ(
                 static_cast<long>(lower.Values().size()),
@@ -194,13 +181,14 @@ TEST_P(OrderStatistics, OfSelectedValuesLeaveTheDataAlone) {
     for (const DataSet& data : DataSets()) {
         SCOPED_TRACE(data.Name);
         Sample sample(data.Values);
-        const Floats below = Selected(data.Values, [](float x) { return x < 3.0F; });
+        Floats below = data.Values, within = data.Values;
+        std::erase_if(below, [](float x) { return !(x < 3.0F); });
+        std::erase_if(within, [](float x) { return !(x >= -100.0F && x <= 3.0F); });
         float sd = 5;
         EXPECT_EQ(statistics.RobustSD_LessMinValue(sample.Sections, 3.0F, sd), !below.empty());
         EXPECT_EQ(Bits({sd}),
                   Bits({below.empty() ? 0.0F : RobustSDBySorting(below, MedianBySorting(below))}));
 
-        const Floats within = Selected(data.Values, [](float x) { return x >= -100.0F && x <= 3.0F; });
         EXPECT_EQ(Bits({statistics.RobustSD(sample.Sections, -100.0F, 3.0F)}),
                   Bits({RobustSDBySorting(within, MedianBySorting(within))}));
         EXPECT_EQ(Bits(sample.Values()), Bits(data.Values));
@@ -227,18 +215,15 @@ TEST(NthElement, PartitionsItsRangeAndLeavesTheRestAlone) {
             EXPECT_EQ(Bits(sample.Values()), Bits(data.Values));
             const float found = selection.Nth_Element(sample.Sections, first, nth, last);
 
-            const auto range = [&](const Floats& v, int a, int b) {
-                return Floats(v.begin() + a, v.begin() + b);
-            };
             const Floats after = sample.Values();
-            const Floats sorted = Sorted(range(data.Values, first, last));
+            const Floats sorted = Sorted(Slice(data.Values, first, last));
             const auto rank = static_cast<std::size_t>(nth - first);
             EXPECT_EQ(Bits({found}), Bits({sorted[rank]}));
-            EXPECT_EQ(Bits(Sorted(range(after, first, nth))), Bits(range(sorted, 0, nth - first)));
-            EXPECT_EQ(Bits(Sorted(range(after, nth, last))), Bits(range(sorted, nth - first, last - first)));
-            EXPECT_EQ(SortedBits(range(after, first, last)), SortedBits(range(data.Values, first, last)));
-            EXPECT_EQ(Bits(range(after, 0, first)), Bits(range(data.Values, 0, first)));
-            EXPECT_EQ(Bits(range(after, last, count)), Bits(range(data.Values, last, count)));
+            EXPECT_EQ(Bits(Sorted(Slice(after, first, nth))), Bits(Slice(sorted, 0, nth - first)));
+            EXPECT_EQ(Bits(Sorted(Slice(after, nth, last))), Bits(Slice(sorted, nth - first, last - first)));
+            EXPECT_EQ(SortedBits(Slice(after, first, last)), SortedBits(Slice(data.Values, first, last)));
+            EXPECT_EQ(Bits(Slice(after, 0, first)), Bits(Slice(data.Values, 0, first)));
+            EXPECT_EQ(Bits(Slice(after, last, count)), Bits(Slice(data.Values, last, count)));
             EXPECT_EQ(Bits({selection.Min(sample.Sections, nth, last)}), Bits({sorted[rank]}));
         }
     }

@@ -3,88 +3,66 @@
 // log, exp, pow and log10.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
-#include <cstdint>
 #include <memory>
-#include <random>
-#include <vector>
 
-#include <orvane/orvane.h>
-
+#include "tests/support/events.h"
+#include "tests/support/fcs_data.h"
 #include "tests/support/instruction_sets.h"
+#include "tests/support/population.h"
 
-namespace Orvane {
+namespace Orvane::Testing {
 namespace {
 
-using namespace Testing;
-
-using Signals = std::vector<SignalSection*>;
-
-/// FNV-1a over the bytes of plain values.
-class Digest {
-public:
-    template <class Value>
-    void Add(const Value* values, int count) {
-        const auto* bytes = reinterpret_cast<const unsigned char*>(values);
-        for (std::size_t i = 0; i < static_cast<std::size_t>(count) * sizeof(Value); ++i)
-            value_ = (value_ ^ bytes[i]) * 0x100000001B3U;
-    }
-    std::uint64_t Value() const { return value_; }
-
-private:
-    std::uint64_t value_ = 0xCBF29CE484222325U;
-};
+/// Continues an FNV-1a digest over the bytes of plain values.
+using Digest = std::uint64_t;
+template <class Value>
+void Add(Digest& digest, const Value* values, int count) {
+    const auto* bytes = reinterpret_cast<const unsigned char*>(values);
+    for (std::size_t i = 0; i < static_cast<std::size_t>(count) * sizeof(Value); ++i)
+        digest = (digest ^ bytes[i]) * 0x100000001B3U;
+}
 
 /// 3001 events of three parameters over some decades of both signs. They are made without distributions,
 /// which differ from library to library.
-class Population {
-public:
+struct Population : OwnedEvents {
     static constexpr int EventCount = 3001;
 
-    Population() {
-        OVEventSection().NewEventSection(Events, EventCount, 3);
-        Events[0]->Count = EventCount;
+    Population() : OwnedEvents(Rows(EventCount, Floats(3))) {
         std::mt19937 random(20);
         for (int p = 0; p < 3; ++p) {
             for (int i = 0; i < EventCount; ++i) {
                 const auto mantissa = static_cast<float>(static_cast<int>(random() % 65536) - 20000);
-                (*Events[0])[p][i] = std::ldexp(mantissa, static_cast<int>(random() % 9) - 6);
+                (*Sections[0])[p][i] = std::ldexp(mantissa, static_cast<int>(random() % 9) - 6);
             }
-            OVEventSection().GetVectorSignalSection(Events, p, Columns[p]);
+            OVEventSection().GetVectorSignalSection(Sections, p, Columns[p]);
         }
     }
-    Population(const Population&) = delete;
-    Population& operator=(const Population&) = delete;
     ~Population() {
         for (Signals& column : Columns)
             OVSignalSection().ReleaseVectorSectionShare(column);
-        OVEventSection().ReleaseVectorSection(Events);
     }
 
-    const float* operator[](int p) const { return (*Events[0])[p]; }
+    const float* operator[](int p) const { return (*Sections[0])[p]; }
 
-    std::vector<EventSection*> Events;
     Signals Columns[3];
 };
 
 void AddCompensation(Population& population, Digest& digest) {
     double spill[] = {1, 0.125, 0.03, 0.4, 1, 0.0625, 0.001, 0.21, 1};
     const OVMatrix inverse = OVMatrix(spill, 3, 3).Invert();
-    digest.Add(inverse.GetData(), 9);
+    Add(digest, inverse.GetData(), 9);
     Population result;
-    std::vector<float> baselines{0.5F, 0, -2};
+    Floats baselines{0.5F, 0, -2}, noBaselines;
     std::vector<int> channels{0, 1, 2}, noChannels;
-    std::vector<float> noBaselines;
-    OVCompensation().CalcCompensation(result.Events, population.Events, inverse, baselines, channels,
+    OVCompensation().CalcCompensation(result.Sections, population.Sections, inverse, baselines, channels,
                                       OVMatrix(), noBaselines, noChannels);
     for (int p = 0; p < 3; ++p)
-        digest.Add(result[p], Population::EventCount);
+        Add(digest, result[p], Population::EventCount);
 }
 
 void AddCustomSignals(Population& population, Digest& digest) {
-    OVCustomSignal().CalcSignalValue_A_DIV_B_MUL_C(population.Events, 2, 0, 1, 0.3F);
-    digest.Add(population[2], Population::EventCount);
+    OVCustomSignal().CalcSignalValue_A_DIV_B_MUL_C(population.Sections, 2, 0, 1, 0.3F);
+    Add(digest, population[2], Population::EventCount);
 }
 
 void AddStatistics(Population& population, Digest& digest) {
@@ -92,7 +70,7 @@ void AddStatistics(Population& population, Digest& digest) {
     for (Signals& column : population.Columns) {
         OVSignalStatistics row;
         statistics.CalcStatistic_MorePara(column, row);
-        digest.Add(&row, 1);
+        Add(digest, &row, 1);
     }
 }
 
@@ -104,19 +82,18 @@ void AddPixels(Population& population, Digest& digest, bool isLog) {
     model.Values = pixels.data();
     for (Signals& column : population.Columns) {
         axis->GetScreenSection(column[0], &model);
-        digest.Add(pixels.data(), Population::EventCount);
+        Add(digest, pixels.data(), Population::EventCount);
     }
 }
 
 void AddGates(Population& population, Digest& digest) {
     auto& [x, y, unused] = population.Columns;
     OVPoint polygon[] = {{-900, -1200}, {7000.3F, -333}, {5100, 9000.7F}, {1000, 1500}, {-1700, 8000}};
-    std::vector<FilterSection*> filters;
-    OVFilter().Filter_Ploygon(x, y, filters, polygon, 5);
-    digest.Add(filters[0]->Flags, Population::EventCount / 32);
-    OVFilter().Filter_Rectangle(x, y, filters, -50, 4096, 0, 8192);
-    digest.Add(filters[0]->Flags, Population::EventCount / 32);
-    OVFilterSection().ReleaseVectorSection(filters);
+    Gate gate;
+    OVFilter().Filter_Ploygon(x, y, gate.Sections, polygon, 5);
+    Add(digest, gate.Sections[0]->Flags, Population::EventCount / 32);
+    OVFilter().Filter_Rectangle(x, y, gate.Sections, -50, 4096, 0, 8192);
+    Add(digest, gate.Sections[0]->Flags, Population::EventCount / 32);
 }
 
 /// Stored channels on a logarithmic scale of four decades, as the float values that stand for them.
@@ -128,23 +105,16 @@ void AddLogarithmicData(Population& population, Digest& digest) {
     segment.Data = channels.data();
     segment.Count = static_cast<int>(channels.size() * sizeof(std::uint16_t));
     std::vector<SegmentSection*> segments{&segment};
-    OVFCSPara layout;
-    layout.ParCount = 3;
-    layout.ByteWidth = 2;
-    layout.BitWidth = 16;
-    layout.DataType = 1;
-    layout.LittleEndian = true;
-    layout.InitialIntParFormat();
+    Para layout({"logarithmic", 1, 2, 16, Logarithmic}, 3, true);
     for (int p = 0; p < 3; ++p) {
         layout.IntParFormat->IsLog[p] = true;
         layout.IntParFormat->Scale[p] = 4.0 / 1024;
         layout.IntParFormat->Offset[p] = 1.0 + p;
         layout.IntParFormat->Range[p] = 1024;
     }
-    OVFCSWriteRead().ReadFCSData(*population.Events[0], segments, layout);
-    layout.Release();
+    OVFCSWriteRead().ReadFCSData(*population.Sections[0], segments, layout);
     for (int p = 0; p < 3; ++p)
-        digest.Add(population[p], Population::EventCount);
+        Add(digest, population[p], Population::EventCount);
 }
 
 /// The last two ask the C runtime for logarithms and powers, but what they make of them is rounded to pixels
@@ -171,9 +141,9 @@ INSTANTIATE_TEST_SUITE_P(Sets, EveryMachine, ::testing::ValuesIn(AvailableInstru
 TEST_P(EveryMachine, GivesTheSameBits) {
     for (const auto& [family, add, expected] : Families) {
         Population population;
-        Digest digest;
+        Digest digest = 0xCBF29CE484222325U;
         add(population, digest);
-        EXPECT_EQ(digest.Value(), expected) << family << std::hex << ": 0x" << digest.Value();
+        EXPECT_EQ(digest, expected) << family << std::hex << ": 0x" << digest;
     }
     MemoryManage::ReleaseAll();
 }
@@ -226,4 +196,4 @@ TEST(CRuntime, IsRightToTheLastBitOfADouble) {
 }
 
 }  // namespace
-}  // namespace Orvane
+}  // namespace Orvane::Testing

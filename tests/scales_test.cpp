@@ -1,23 +1,15 @@
 // The arithmetic of scales: conversions, the width of asinh axes, and the bracket that kernels use for asinh.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
-#include <cstdint>
 #include <limits>
-#include <random>
-
-#include <orvane/OVCalculateAlpha.h>
-#include <orvane/OVConvertLinearAndLog.h>
+#include <tuple>
 
 #include "tests/support/pool.h"
 #include "tests/support/population.h"
 #include "transform/asinh_bracket.h"
 
-namespace Orvane {
+namespace Orvane::Testing {
 namespace {
-
-using namespace Testing;
 
 constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double Infinite = std::numeric_limits<double>::infinity();
@@ -65,25 +57,18 @@ TEST(CalculateAlpha, FollowsTheSpreadBelowTheThresholdOrIsOne) {
 }
 
 TEST(CalculateAlpha, PutsTheValueWhereItIsWanted) {
-    const double unit = std::asinh(1.0);
     const OVCalculateAlpha alpha;
-    const struct {
-        float P, Q;
-        bool IsHorizontal;
-        double Coordinate;
-    } rows[] = {{1, 1, true, unit},
-                {3, 2, true, 2 * unit},
-                {1, 8, true, -0.75 * unit},
-                {3, 1, false, 2 * unit},
-                {1, -3, false, -0.5 * unit}};
-    for (const auto& row : rows) {
-        const double width = alpha.CalculateCustomAlpha(row.P, row.Q, 500.0, row.IsHorizontal);
-        EXPECT_NEAR(std::asinh(500.0 / width), row.Coordinate, 1e-6) << row.P << ' ' << row.Q;
+    for (const auto& [p, q, isHorizontal, units] : {std::tuple(1.0F, 1.0F, true, 1.0),
+                                                    {3, 2, true, 2},
+                                                    {1, 8, true, -0.75},
+                                                    {3, 1, false, 2},
+                                                    {1, -3, false, -0.5}}) {
+        const double width = alpha.CalculateCustomAlpha(p, q, 500.0, isHorizontal);
+        EXPECT_NEAR(std::asinh(500.0 / width), units * std::asinh(1.0), 1e-6) << p << ' ' << q;
     }
     // t = 0: whatever p is, although K * 2p / q - K may miss zero by a rounding.
-    for (float p = 0.1F; p < 100.0F; p *= 1.37F) {
+    for (float p = 0.1F; p < 100.0F; p *= 1.37F)
         EXPECT_EQ(alpha.CalculateHorizontalAlpha(p, 2 * p, 500.0), Infinite);
-    }
     EXPECT_EQ(alpha.CalculateVerticalAlpha(1.0F, -1.0F, 500.0), Infinite);
     EXPECT_EQ(alpha.CalculateVerticalAlpha(2.0F, 2.0F, 500.0), 0.0);
 }
@@ -108,9 +93,8 @@ TEST(AsinhBracket, HoldsTheDoublePosition) {
                 const float v = std::exp2(exponent(random)) * (i % 2 == 0 ? 1.0F : -1.0F);
                 const double position = Convert.asinh(v * factor) * scale + 51.3 * scale;
                 const float at = bracket.At(v);
-                ASSERT_TRUE(bracket.Covers(v) && bracket.Lower(at) <= position &&
-                            position <= bracket.Upper(at))
-                    << v;
+                ASSERT_TRUE(bracket.Covers(v)) << v;
+                ASSERT_TRUE(bracket.Lower(at) <= position && position <= bracket.Upper(at)) << v;
             }
         }
     }
@@ -120,4 +104,4 @@ TEST(AsinhBracket, HoldsTheDoublePosition) {
 }
 
 }  // namespace
-}  // namespace Orvane
+}  // namespace Orvane::Testing

@@ -1,45 +1,20 @@
 // Signal columns and the histogram path behind them: bin numbers, and their counts with and without gates.
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <random>
-
-#include <orvane/orvane.h>
-
 #include "tests/support/instruction_sets.h"
 #include "tests/support/pool.h"
 #include "tests/support/population.h"
 
-namespace Orvane {
+namespace Orvane::Testing {
 namespace {
-
-using namespace Testing;
 
 OVSignalSection signals;
 OVModelSection models;
 
-/// Signal sections with packets of their own, `count` values each.
-struct Column {
-    Column(const std::vector<float>& values, int count) {
-        SignalSection* section = nullptr;
-        for (const float value : values) {
-            if (section == nullptr || section->Count == count)
-                section = signals.GetNextSection(Sections, section);
-            section->Values[section->Count++] = value;
-        }
-    }
-    Column(const Column&) = delete;
-    Column& operator=(const Column&) = delete;
-    ~Column() { signals.ReleaseVectorSection(Sections); }
-
-    std::vector<SignalSection*> Sections;
-};
-
 TEST(SignalVectors, OnlyTheLastSectionIsAskedForTheLastValueAndNothingHasNoRange) {
     const SmallPool pool;
-    Column column({-0.5F, -7.0F, -2.0F, -3.0F}, 3);
-    float max = 1.0F;
-    float min = 1.0F;
+    Sample column({-0.5F, -7.0F, -2.0F, -3.0F});
+    float max = 1.0F, min = 1.0F;
     signals.GetValueMaxAndMin(column.Sections, max, min);
     EXPECT_EQ(std::pair(max, min), std::pair(-0.5F, -7.0F));
     EXPECT_EQ(signals.GetValue(column.Sections, 3), -3.0F);
@@ -54,58 +29,55 @@ TEST(SignalVectors, OnlyTheLastSectionIsAskedForTheLastValueAndNothingHasNoRange
 }
 
 TEST(SignalVectors, RatioIsTheMeanOverSixteenSectionsWithTheBitsOfTheOrderedSum) {
-    std::vector<SignalSection*> none;
+    Signals none;
     EXPECT_TRUE(std::isnan(signals.CalcAreaHeightRatio(none, none)));
-    std::vector<float> areas;
-    std::vector<float> heights;
+    Floats areas, heights;
     std::mt19937 random(3);
     double sum = 0.0;
-    for (int i = 0; i < 20 * 61; ++i) {
+    constexpr int Used = 1 + 31 + 32 + 33 + 0 + 11 * 64;
+    for (int i = 0; i < Used + 400; ++i) {
         areas.push_back(static_cast<float>(random() % 1000) - 300.0F);
         heights.push_back(static_cast<float>(random() % 50) - 10.0F);
-        const bool counts = i < 16 * 61 && heights.back() != 0.0F;
+        const bool counts = i < Used && heights.back() != 0.0F;
         if (counts) sum += std::fabs(static_cast<double>(areas.back() / heights.back()));
     }
     for (const InstructionSet set : AvailableInstructionSets()) {
         const ScopedInstructionSet forced(set);
         const SmallPool pool;
-        Column area(areas, 61);
-        Column height(heights, 61);
-        EXPECT_EQ(signals.CalcAreaHeightRatio(area.Sections, height.Sections), sum / (16 * 61));
-        height.Sections[15]->Values[60] = std::nanf("");
+        Sample area(areas), height(heights);
+        EXPECT_EQ(signals.CalcAreaHeightRatio(area.Sections, height.Sections), sum / Used);
+        height.Sections[15]->Values[63] = std::nanf("");
         EXPECT_TRUE(std::isnan(signals.CalcAreaHeightRatio(area.Sections, height.Sections)));
     }
 }
 
-std::vector<int> CountersOf(CountSection& counts) {
+Counts CountersOf(CountSection& counts) {
     return {counts.Counts, counts.Counts + counts.Count};
 }
 
 TEST(ModelVectors, HistogramsAddUpTheTruncatedValuesOfTheSelectedEventsBelowTheCapacity) {
     const SmallPool pool;  // gives four counters
     std::mt19937 random(5);
-    std::vector<float> values(150);
-    std::vector<int> all(4), selected(4);
+    Floats values(150);
+    Counts all(4), selected(4);
     for (float& value : values)
         value = static_cast<float>(random() % 24) / 4.0F - 0.75F;
-    Column column(values, 64);
+    Sample column(values);
     Gate gate(column.Sections);
     for (const float value : values)
         if (value < 4.0F) all[static_cast<std::size_t>(value < 0.0F ? 0.0F : value)] += 2;
     for (const float value : gate.Passing(values))
         if (value < 4.0F) selected[static_cast<std::size_t>(value < 0.0F ? 0.0F : value)] += 1;
-    std::vector<ModelSection*> bins;
-    CountSection gated;
-    CountSection counts;
-    models.ConvertSignalToModel(bins, column.Sections, 24.0F, 20.0F);
-    models.StatisticsCountSection(bins, counts);
-    models.StatisticsCountSection(bins, gate.Sections, gated);  // takes the packet behind
-    models.StatisticsCountSection(bins, counts);
+    OwnedModels bins;
+    CountSection gated, counts;
+    models.ConvertSignalToModel(bins.Sections, column.Sections, 24.0F, 20.0F);
+    models.StatisticsCountSection(bins.Sections, counts);
+    models.StatisticsCountSection(bins.Sections, gate.Sections, gated);  // takes the packet behind
+    models.StatisticsCountSection(bins.Sections, counts);
     EXPECT_EQ(CountersOf(gated), selected);
     EXPECT_EQ(CountersOf(counts), all);
     gated.Release();
     counts.Release();
-    models.ReleaseVectorSection(bins);
 }
 
 TEST(ModelVectors, OneBitStandsForAGroupFromTheStartingWordOn) {
@@ -123,48 +95,37 @@ TEST(ModelVectors, OneBitStandsForAGroupFromTheStartingWordOn) {
     EXPECT_EQ(counts[0], 0);
     filter.TrueCount = 1;
     models.StatisticsCountSection_Virtual(&model, &filter, 40, 3, counts);
-    EXPECT_EQ(CountersOf(counts), (std::vector{1, 1, 0, 3}));
+    EXPECT_EQ(CountersOf(counts), (Counts{1, 1, 0, 3}));
     counts.Release();
 }
 
 TEST(CountVectors, AreMadeAnewAndLeaveTheRecordsTheyHeldToTheHost) {
     const SmallPool pool;
-    std::vector<CountSection*> counts;
-    OVCountSection().NewVectorSection(counts, 2);
-    std::vector<CountSection*> held = counts;
-    OVCountSection().NewVectorSection(counts, 1);
-    EXPECT_EQ(counts.size(), 1U);
+    OwnedCounts counts, held;
+    OVCountSection().NewVectorSection(counts.Sections, 2);
+    held.Sections = counts.Sections;
+    OVCountSection().NewVectorSection(counts.Sections, 1);
+    EXPECT_EQ(counts.Sections.size(), 1U);
     EXPECT_EQ(MemoryManage::GetUseSize(), 3 * 4 * MemoryManage::GetCapacityInt()) << "nothing was returned";
-    OVCountSection().ReleaseVectorSection(counts);
-    OVCountSection().ReleaseVectorSection(held);
 }
 
 TEST(ModelVectors, AFailingPoolLosesNothing) {
-    struct Kept {
-        ~Kept() {
-            signals.ReleaseVectorSection(Copies);
-            models.ReleaseVectorSection(Models);
-            OVCountSection().ReleaseVectorSection(Counts);
-            OVSegmentSection().ReleaseVectorSection(Segments);
-        }
-        std::vector<SignalSection*> Copies;
-        std::vector<ModelSection*> Models;
-        std::vector<CountSection*> Counts;
-        std::vector<SegmentSection*> Segments;
-    };
     ForEachFailingAllocation([] {
-        Kept kept;
-        OVCountSection().NewVectorSection(kept.Counts, 70);
-        OVSegmentSection().NewVectorSection(kept.Segments, 2);
-        signals.GetNextSection(kept.Copies, nullptr);
-        std::vector<SignalSection*> column(4, kept.Copies[0]);
-        signals.NewCopyVectorSignalSection(kept.Copies, column);
-        models.SynchronousVectorSection(kept.Models, column);
+        OwnedSignals copies;
+        OwnedModels made;
+        OwnedCounts counts;
+        Owned<OVSegmentSection, SegmentSection> segments;
+        OVCountSection().NewVectorSection(counts.Sections, 70);
+        OVSegmentSection().NewVectorSection(segments.Sections, 2);
+        signals.GetNextSection(copies.Sections, nullptr);
+        Signals column(4, copies.Sections[0]);
+        signals.NewCopyVectorSignalSection(copies.Sections, column);
+        models.SynchronousVectorSection(made.Sections, column);
         column.resize(2);
-        models.SynchronousVectorSection(kept.Models, column);
-        EXPECT_EQ(kept.Models.size(), 2U);
+        models.SynchronousVectorSection(made.Sections, column);
+        EXPECT_EQ(made.Sections.size(), 2U);
     });
 }
 
 }  // namespace
-}  // namespace Orvane
+}  // namespace Orvane::Testing

@@ -4,6 +4,7 @@
 
 #include <iterator>
 #include <limits>
+#include <numeric>
 
 #include <orvane/OVStatisticsSignalSection.h>
 
@@ -33,16 +34,28 @@ Floats RangeOf(const Floats& values) {
     return range;
 }
 
+double Value(float value) {
+    return value;
+}
+
+auto SquareFrom(float mean) {
+    return [mean](float value) { return static_cast<double>(value - mean) * (value - mean); };
+}
+
+template <class Term>
+double SumInOrder(std::span<const float> values, Term term) {
+    double sum = 0;
+    for (const float value : values)
+        sum += term(value);
+    return sum;
+}
+
 /// The sum of every section in order, added to that of the ones before.
 template <class Term>
 double SumInSections(const Sample& sample, Term term) {
     double total = 0;
-    for (const SignalSection* section : sample.Sections) {
-        double partial = 0;
-        for (int i = 0; i < section->Count; ++i)
-            partial += term(section->Values[i]);
-        total += partial;
-    }
+    for (const SignalSection* section : sample.Sections)
+        total += SumInOrder(SpanOf(*section), term);
     return total;
 }
 
@@ -57,21 +70,12 @@ TEST_P(Statistics, SumEveryColumnInItsOrder) {
     for (const int columns : {1, 2, 3, 5, 8, 9, 40}) {
         std::mt19937 random(static_cast<unsigned>(columns));
         std::vector<std::span<const float>> spans;
-        std::vector<double> sums;
-        std::vector<double> squares;
+        std::vector<double> sums, squares;
         for (int c = 0; c < columns; ++c) {
-            spans.emplace_back(values.data() + random() % 100, c == 3              ? 0
-                                                               : random() % 3 == 0 ? 1000
-                                                                                   : random() % 200);
-            double sum = 0;
-            double square = 0;
-            for (const float value : spans.back()) {
-                const double difference = value - 12.5F;
-                sum += value;
-                square += difference * difference;
-            }
-            sums.push_back(sum);
-            squares.push_back(square);
+            const std::size_t length = c == 3 ? 0 : random() % 3 == 0 ? 1000 : random() % 200;
+            spans.emplace_back(values.data() + random() % 100, length);
+            sums.push_back(SumInOrder(spans.back(), Value));
+            squares.push_back(SumInOrder(spans.back(), SquareFrom(12.5F)));
         }
         std::vector<double> result(spans.size());
         SumColumns(spans, result.data());
@@ -85,10 +89,9 @@ TEST_P(Statistics, OfMomentsFollowTheirFormulas) {
     for (const int count : {0, 1, 2, 65, 97, 98, 500, 3000}) {
         SCOPED_TRACE(count);
         Sample sample(FiniteFloats(count, 11));
-        const double total = SumInSections(sample, [](float x) -> double { return x; });
+        const double total = SumInSections(sample, Value);
         const auto mean = static_cast<float>(total / count);
-        const double squares =
-            SumInSections(sample, [mean](float x) { return static_cast<double>(x - mean) * (x - mean); });
+        const double squares = SumInSections(sample, SquareFrom(mean));
         const float sd = count == 1 ? 0.0F : static_cast<float>(std::sqrt(squares / (count - 1)));
         // Floats would hide most changes of order.
         EXPECT_EQ(SumOf(Population(sample.Sections)).Sum, total);
@@ -134,43 +137,40 @@ TEST_P(Statistics, OfRangesDifferInWhatTheyPassOver) {
     EXPECT_EQ(range, (Floats{2, 5}));
 }
 
-/// What the operations with a gated form yield.
-struct Yield {
-    Floats Numbers;
-    OwnedSignals Copy, Picks, Virtual;
-};
-
-/// Runs all of them on a population: sections alone, or sections and filters.
+/// What the operations with a gated form yield on a population: sections alone, or sections and filters.
 template <class... Population>
-void RunAll(Yield& yield, Population&... population) {
+Floats RunAll(Population&... population) {
+    Floats all;
+    const auto add = [&](auto... numbers) { (all.push_back(static_cast<float>(numbers)), ...); };
     int counts[3] = {};
     float r[13] = {};
     double offsets[] = {0.5, -1.5, 3};
-    OVSignalStatistics row;
-    OVSignalStatistics peak;
-    r[0] = statistics.Average(population..., counts[0], r[1], r[2]);
-    r[3] = statistics.Average(population..., counts[1]);
-    statistics.FindMinMax(population..., r[4], r[5]);
-    const bool results[] = {
-        statistics.CalcStatistic_ActualMinMax(population..., r[6], r[7]),
-        statistics.CalcStatistic_RealMinMax(population..., r[8], r[9]),
-        statistics.CalcStatistic_AverageCVSD(population..., r[10], r[11], r[12]),
+    OVSignalStatistics row, peak;
+    statistics.FindMinMax(population..., r[0], r[1]);
+    add(statistics.Average(population..., counts[0], r[2], r[3]),
+        statistics.Average(population..., counts[1]),
+        statistics.CalcStatistic_ActualMinMax(population..., r[4], r[5]),
+        statistics.CalcStatistic_RealMinMax(population..., r[6], r[7]),
+        statistics.CalcStatistic_AverageCVSD(population..., r[8], r[9], r[10]),
+        statistics.CalcStatistic_Average_Median(population..., r[11], r[12]),
         statistics.CalcStatistic_MorePara(population..., row),
         statistics.CalcStatistic_MoreParaQC(population..., 2.5F, peak, counts[2]),
-        statistics.CalcStatistic_Average_Median(population..., r[1], r[2]),
-    };
-    yield.Numbers.assign(std::begin(r), std::end(r));
+        statistics.SD(population...), statistics.SD(population..., 3.5F), statistics.CV(population...));
     for (const OVSignalStatistics& s : {row, peak})
-        yield.Numbers.insert(yield.Numbers.end(), {static_cast<float>(s.Count), s.Min, s.Max, s.Average,
-                                                   s.Median, s.SD, s.CV, s.RobustSD, s.RobustCV});
-    yield.Numbers.insert(yield.Numbers.end(), std::begin(counts), std::end(counts));
-    yield.Numbers.insert(yield.Numbers.end(), std::begin(results), std::end(results));
-    statistics.BackupSignalSection(population..., yield.Copy.Sections);
-    statistics.GetRandomDatas(population..., 30, 5U, yield.Picks.Sections);
-    statistics.GenerateVirtualVectorSignalSection(population..., offsets, 3, yield.Virtual.Sections);
-    yield.Numbers.insert(yield.Numbers.end(),
-                         {statistics.SD(population...), statistics.SD(population..., 3.5F),
-                          statistics.CV(population...), statistics.CalcRSDForQC(population...)});
+        add(s.Count, s.Min, s.Max, s.Average, s.Median, s.SD, s.CV, s.RobustSD, s.RobustCV);
+    all.insert(all.end(), std::begin(counts), std::end(counts));
+    all.insert(all.end(), std::begin(r), std::end(r));
+    OwnedSignals copies[3];
+    statistics.BackupSignalSection(population..., copies[0].Sections);
+    statistics.GetRandomDatas(population..., 30, 5U, copies[1].Sections);
+    statistics.GenerateVirtualVectorSignalSection(population..., offsets, 3, copies[2].Sections);
+    for (const OwnedSignals& copy : copies) {
+        const Floats values = copy.Values();
+        add(copy.Sections.size());
+        all.insert(all.end(), values.begin(), values.end());
+    }
+    add(statistics.CalcRSDForQC(population...));
+    return all;
 }
 
 TEST_P(Statistics, OfAGateAreThoseOfItsExtractedValues) {
@@ -183,15 +183,7 @@ TEST_P(Statistics, OfAGateAreThoseOfItsExtractedValues) {
             Sample packed(gate.Passing(values), Sample::Cut::Packed);
             const Total sum = SumOf(Population(sample.Sections, gate.Sections));
             EXPECT_TRUE(std::isnan(sum.Sum) || sum.Sum == SumOf(Population(packed.Sections)).Sum);
-            Yield gated;
-            Yield plain;
-            RunAll(gated, sample.Sections, gate.Sections);
-            RunAll(plain, packed.Sections);
-            EXPECT_EQ(Bits(gated.Numbers), Bits(plain.Numbers));
-            for (const auto out : {&Yield::Copy, &Yield::Picks, &Yield::Virtual}) {
-                EXPECT_EQ(Bits((gated.*out).Values()), Bits((plain.*out).Values()));
-                EXPECT_EQ((gated.*out).Sections.size(), (plain.*out).Sections.size());
-            }
+            EXPECT_EQ(Bits(RunAll(sample.Sections, gate.Sections)), Bits(RunAll(packed.Sections)));
             EXPECT_EQ(Bits(sample.Values()), Bits(values));
         }
     }
@@ -220,16 +212,19 @@ TEST_P(Statistics, InPlaceAndOverPartsEqualTheRow) {
     OwnedSignals parts[4];
     auto& [p1, p2, p3, p4] = parts;
     int count = 0;
-    float min = 0;
-    float max = 0;
+    float min = 0, max = 0;
     EXPECT_EQ(statistics.Average_BackupAndSeparateSection_4Part(sample.Sections, count, min, max, p1.Sections,
                                                                 p2.Sections, p3.Sections, p4.Sections),
               row.Average);
     EXPECT_EQ(count, row.Count);
-    for (const float value : p2.Values())
-        EXPECT_LT(value, row.Average);
-    for (const float value : p3.Values())
-        EXPECT_GE(value, row.Average);
+    OwnedSignals lower, upper;
+    EXPECT_EQ(statistics.Average_BackupAndSeparateSection_2Part(sample.Sections, count, min, max,
+                                                                lower.Sections, upper.Sections),
+              row.Average);
+    EXPECT_LT(RangeOf(lower.Values())[1], row.Average);
+    EXPECT_GE(RangeOf(upper.Values())[0], row.Average);
+    EXPECT_EQ(p1.Values().size() + p2.Values().size(), lower.Values().size());
+    EXPECT_EQ(p3.Values().size() + p4.Values().size(), upper.Values().size());
     OVSignalStatistics overParts;
     EXPECT_TRUE(statistics.CalcStatistic_MorePara_4Part(p1.Sections, p2.Sections, p3.Sections, p4.Sections,
                                                         overParts));
@@ -289,10 +284,9 @@ TEST_P(Statistics, CopyBelowAThresholdIntoSectionsThatAreReused) {
 
 TEST_P(Statistics, PickAtRandomWithoutFavour) {
     Floats values(200);
-    for (std::size_t i = 0; i < values.size(); ++i)
-        values[i] = static_cast<float>(i);
+    std::iota(values.begin(), values.end(), 0.0F);
     Sample sample(values);
-    std::vector<int> picks(values.size());
+    Counts picks(values.size());
     for (unsigned seed = 0; seed < 400; ++seed) {
         OwnedSignals out;
         statistics.GetRandomDatas(sample.Sections, 50, seed, out.Sections);
@@ -303,8 +297,8 @@ TEST_P(Statistics, PickAtRandomWithoutFavour) {
             ++picks[static_cast<std::size_t>(value)];
     }
     // 100 expected, with a standard deviation of 8.7.
-    EXPECT_GT(*std::min_element(picks.begin(), picks.end()), 60);
-    EXPECT_LT(*std::max_element(picks.begin(), picks.end()), 140);
+    const auto [least, most] = std::minmax_element(picks.begin(), picks.end());
+    EXPECT_TRUE(*least > 60 && *most < 140) << *least << ' ' << *most;
     OwnedSignals all;
     statistics.GetRandomDatas(sample.Sections, 1000, 1, all.Sections);
     EXPECT_EQ(all.Values(), values);
@@ -316,26 +310,14 @@ TEST(StatisticsWithoutStorage, LoseNothing) {
         [&] {
             Sample sample(values);
             Gate gate(sample.Sections);
-            Yield yield;
-            RunAll(yield, sample.Sections, gate.Sections);
-        },
-        1024);
-    ForEachFailingAllocation(
-        [&] {
-            Sample sample(values);
+            statistics.RobustSD(sample.Sections, -10, 10);
             OwnedSignals parts[4];
             auto& [p1, p2, p3, p4] = parts;
             int count = 0;
-            float r[2] = {};
-            OVSignalStatistics row;
-            statistics.RobustSD_LessMinValue(sample.Sections, 100, r[0]);
-            statistics.RobustSD(sample.Sections, -10, 10);
-            statistics.CalcStatistic_MorePara(sample.Sections, row);
-            statistics.Average_BackupAndSeparateSection_2Part(sample.Sections, count, r[0], r[1], p1.Sections,
-                                                              p2.Sections);
-            EXPECT_EQ(p1.Values().size() + p2.Values().size(), values.size());
-            statistics.Average_BackupAndSeparateSection_4Part(sample.Sections, count, r[0], r[1], p1.Sections,
+            float min = 0, max = 0;
+            statistics.Average_BackupAndSeparateSection_4Part(sample.Sections, count, min, max, p1.Sections,
                                                               p2.Sections, p3.Sections, p4.Sections);
+            RunAll(sample.Sections, gate.Sections);
         },
         1024);
 }

@@ -23,10 +23,8 @@ namespace Orvane::Testing {
 
 /// Baseline and everything wider that this machine offers.
 inline std::vector<InstructionSet> AvailableInstructionSets() {
-    std::vector<InstructionSet> sets;
-    for (int set = 0; set <= static_cast<int>(BestInstructionSet()); ++set) {
-        sets.push_back(static_cast<InstructionSet>(set));
-    }
+    std::vector sets{InstructionSet::Baseline, InstructionSet::Avx2, InstructionSet::Avx512};
+    sets.resize(static_cast<std::size_t>(BestInstructionSet()) + 1);
     return sets;
 }
 

@@ -26,15 +26,21 @@ inline Floats ValuesOf(const Signals& sections) {
     return values;
 }
 
-/// Owns a vector that an operation fills.
-struct OwnedSignals {
-    OwnedSignals() = default;
-    OwnedSignals(const OwnedSignals&) = delete;
-    OwnedSignals& operator=(const OwnedSignals&) = delete;
-    ~OwnedSignals() { OVSignalSection().ReleaseVectorSection(Sections); }
+/// Owns a vector that the operations over its kind of sections fill.
+template <class Operations, class Section>
+struct Owned {
+    Owned() = default;
+    Owned(const Owned&) = delete;
+    Owned& operator=(const Owned&) = delete;
+    ~Owned() { Operations().ReleaseVectorSection(Sections); }
 
+    std::vector<Section*> Sections;
+};
+using OwnedModels = Owned<OVModelSection, ModelSection>;
+using OwnedCounts = Owned<OVCountSection, CountSection>;
+
+struct OwnedSignals : Owned<OVSignalSection, SignalSection> {
     Floats Values() const { return ValuesOf(Sections); }
-    Signals Sections;
 };
 
 /// Owns sections with these values, cut at 1 | 31 | 32 | 33 | nothing and then as `Capacity` allows; or
@@ -60,7 +66,7 @@ struct Sample : OwnedSignals {
 };
 
 /// Owns a filter vector with random bits, `density` of 8 set, above every `Count` too.
-struct Gate {
+struct Gate : Owned<OVFilterSection, FilterSection> {
     Gate() = default;
     explicit Gate(Counts counts, unsigned seed = 0, unsigned density = 4) {
         OVFilterSection().SynchronousVectorSection(Sections, counts);
@@ -70,9 +76,6 @@ struct Gate {
         OVFilterSection().SynchronousVectorSection(Sections, sections);
         Randomise(seed, density);
     }
-    Gate(const Gate&) = delete;
-    Gate& operator=(const Gate&) = delete;
-    ~Gate() { OVFilterSection().ReleaseVectorSection(Sections); }
 
     /// The bits of the events of all sections in order, or all bits that there is storage for.
     std::vector<bool> Events(int FilterSection::*length = &FilterSection::Count) const {
@@ -100,7 +103,6 @@ struct Gate {
             if (events[i]) passing.push_back(values[i]);
         return passing;
     }
-    Filters Sections;
 
 private:
     void Randomise(unsigned seed, unsigned density) {

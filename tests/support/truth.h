@@ -21,30 +21,26 @@ inline std::filesystem::path SampleFolder() {
     return folder != nullptr ? folder : ORVANE_SAMPLE_DATA;
 }
 
-inline void ExpectNear(const nlohmann::json& value, const nlohmann::json& expected, double tolerance,
-                       const char* key) {
-    ASSERT_TRUE(value.is_number()) << key << ": " << value << " instead of " << expected;
-    EXPECT_NEAR(value.get<double>(), expected.get<double>(), tolerance) << key;
-}
-
 /// `gain` divides every number but the count.
 inline void ExpectStatistics(const nlohmann::json& row, const nlohmann::json& truth, double gain) {
     const auto expected = [&](const char* key) { return truth[key].get<double>() / gain; };
+    const auto expectNear = [&](const char* key, double value, double tolerance) {
+        ASSERT_TRUE(row[key].is_number()) << key << ": " << row[key] << " instead of " << value;
+        EXPECT_NEAR(row[key].get<double>(), value, tolerance) << key;
+    };
     EXPECT_EQ(row["count"], truth["count"]);
-    for (const char* key : {"min", "max", "median"}) {
-        ExpectNear(row[key], expected(key), std::abs(expected(key)) * UnitOfFloat, key);
-    }
+    for (const char* key : {"min", "max", "median"})
+        expectNear(key, expected(key), std::abs(expected(key)) * UnitOfFloat);
     for (const char* key : {"sd", "rsd"})
-        ExpectNear(row[key], expected(key), expected(key) * Relative, key);
-    ExpectNear(row["mean"], expected("mean"), std::max(std::abs(expected("mean")), expected("sd")) * Relative,
-               "mean");
+        expectNear(key, expected(key), expected(key) * Relative);
+    expectNear("mean", expected("mean"), std::max(std::abs(expected("mean")), expected("sd")) * Relative);
     if (expected("mean") != 0) {
         const double cv = expected("sd") / expected("mean");
-        ExpectNear(row["cv"], cv, std::abs(cv) * 2 * Relative * std::max(1.0, std::abs(cv)), "cv");
+        expectNear("cv", cv, std::abs(cv) * 2 * Relative * std::max(1.0, std::abs(cv)));
     }
     if (expected("median") != 0) {
         const double rcv = expected("rsd") / expected("median");
-        ExpectNear(row["rcv"], rcv, std::abs(rcv) * 2 * Relative, "rcv");
+        expectNear("rcv", rcv, std::abs(rcv) * 2 * Relative);
     }
 }
 
