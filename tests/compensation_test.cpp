@@ -100,9 +100,7 @@ void ExpectPlainResult(int size, int events, unsigned density) {
     EXPECT_EQ(Content(inputs[0]), Content(Section(signals, events, 1)));
 }
 
-class CompensationOnEverySet : public ::testing::TestWithParam<InstructionSet> {
-    const ScopedInstructionSet forced_{GetParam()};
-};
+class CompensationOnEverySet : public EverySet {};
 
 TEST_P(CompensationOnEverySet, GivesTheBitsOfTheDescriptionForColumnsOfEverySize) {
     {

@@ -133,9 +133,7 @@ const struct {
     {"logarithmic DATA", AddLogarithmicData, 0xAF81685C9A9BAAA7},
 };
 
-class EveryMachine : public ::testing::TestWithParam<InstructionSet> {
-    const ScopedInstructionSet forced_{GetParam()};
-};
+class EveryMachine : public EverySet {};
 INSTANTIATE_TEST_SUITE_P(Sets, EveryMachine, ::testing::ValuesIn(AvailableInstructionSets()));
 
 TEST_P(EveryMachine, GivesTheSameBits) {

@@ -37,11 +37,15 @@ public:
     ~ScopedInstructionSet() { SetActiveInstructionSet(BestInstructionSet()); }
 };
 
-/// The fixture of tests that run once per instruction set, over a pool of small packets.
-template <int Capacity = 64>
-class OnEverySet : public ::testing::TestWithParam<InstructionSet> {
-    SmallPool pool_{Capacity};
+/// The base of fixtures whose tests run once per instruction set.
+class EverySet : public ::testing::TestWithParam<InstructionSet> {
     ScopedInstructionSet set_{GetParam()};
+};
+
+/// The same over a pool of small packets.
+template <int Capacity = 64>
+class OnEverySet : public EverySet {
+    SmallPool pool_{Capacity};
 };
 
 }  // namespace Orvane::Testing
