@@ -245,6 +245,8 @@ TYPED_TEST(Transforms, ScalarValues) {
             float screen = 777.0F;
             MapWithoutState(axis, this->Direction, inScreen, world, screen);
             EXPECT_NEAR(screen, expected, tolerance);
+            MapWithoutState(axis, this->Direction, inScreen, NaN, screen);
+            EXPECT_EQ(std::isnan(screen), worldMax > 0);
         }
     }
 }

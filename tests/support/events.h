@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include <orvane/OVEventSection.h>
+#include "tests/support/population.h"
 
 namespace Orvane::Testing {
 
@@ -25,11 +25,8 @@ inline Rows RowsOf(const Events& sections) {
 }
 
 /// A vector that owns every column and releases them at the end of the scope.
-struct OwnedEvents {
+struct OwnedEvents : Owned<OVEventSection, EventSection> {
     OwnedEvents() = default;
-    OwnedEvents(const OwnedEvents&) = delete;
-    OwnedEvents& operator=(const OwnedEvents&) = delete;
-    ~OwnedEvents() { OVEventSection().ReleaseVectorSection(Sections); }
 
     /// One section per entry of `cuts` for as many rows, and full ones for the rest.
     explicit OwnedEvents(const Rows& rows, const std::vector<int>& cuts = {}) : OwnedEvents() {
@@ -44,8 +41,6 @@ struct OwnedEvents {
                     section.SetValue(static_cast<int>(s), section.Count, rows[next][s]);
         }
     }
-
-    Events Sections;
 };
 
 }  // namespace Orvane::Testing
