@@ -37,7 +37,7 @@ TEST(SignalVectors, RatioIsTheMeanOverSixteenSectionsWithTheBitsOfTheOrderedSum)
     constexpr int Used = 1 + 31 + 32 + 33 + 0 + 11 * 64;
     for (int i = 0; i < Used + 400; ++i) {
         const float mantissa = static_cast<float>(random() % 1000) - 300.0F;
-        areas.push_back(std::ldexp(mantissa, static_cast<int>(random() % 40)));
+        areas.push_back(std::ldexp(mantissa, static_cast<int>(random() % 30)));
         heights.push_back(static_cast<float>(random() % 50) - 10.0F);
         const bool counts = i < Used && heights.back() != 0.0F;
         if (counts) sum += std::fabs(static_cast<double>(areas.back() / heights.back()));
