@@ -1,6 +1,7 @@
 // Locks, processor features, instruction-set switching, aligned allocation, conversions.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -25,6 +26,7 @@ TEST(Locks, AnotherThreadWaitsUntilEveryEntryWasLeftEvenByAnException) {
             const AutoLock lock(section.GetCriticalSection());
             guarded *= 2;
         });
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
         guarded = 21;
         throw 1;
     } catch (int) {
