@@ -170,6 +170,7 @@ TEST(EventVectors, MakingReadyKeepsWhatFitsAndGivesTheRestUp) {
         operations.SynchronousSignalValue(sample.Sections, row.Count, row.Signals);
         EXPECT_EQ(CountsOf(sample.Sections), std::vector<int>(row.Sections, 0));
         EXPECT_EQ(sample.Sections.front()->SignalCount, row.Signals);
+        EXPECT_TRUE(std::equal(before.begin(), before.begin() + row.Kept, sample.Sections.begin()));
         for (int i = row.Kept; i < 3; ++i)
             delete before[i];
     }
