@@ -278,6 +278,14 @@ TEST(FilterSections, GiveBackWhatTheyTookWhenThePoolIsExhausted) {
         std::vector<Filters*> gates{&gate.Sections}, outputs{&out.Sections};
         operations.ExtratTrueFilter(base.Sections, gates, outputs);
         operations.Composite_Comp_Copy_NotRealAndParent(gate.Sections, base.Sections, base.Sections);
+        Counts longer(4, 1);
+        try {
+            operations.SynchronousVectorSection(base.Sections, longer);
+        } catch (OutOfMemoryException*) {
+            EXPECT_EQ(base.Sections.front()->Count, 64);
+            EXPECT_EQ(base.Sections.front()->Flags[0], ~0U);
+            throw;
+        }
     });
 }
 
