@@ -278,7 +278,7 @@ TEST(FilterSections, GiveBackWhatTheyTookWhenThePoolIsExhausted) {
         std::vector<Filters*> gates{&gate.Sections}, outputs{&out.Sections};
         operations.ExtratTrueFilter(base.Sections, gates, outputs);
         operations.Composite_Comp_Copy_NotRealAndParent(gate.Sections, base.Sections, base.Sections);
-        Counts longer(4, 1);
+        Counts longer(33, 1);  // a block holds 32
         try {
             operations.SynchronousVectorSection(base.Sections, longer);
         } catch (OutOfMemoryException*) {
