@@ -38,6 +38,7 @@ TEST(Acquisition, FollowsTheFormulasAndTheOrderOfTheRandomNumbers) {
     for (const auto& [dataCount, channels, events, sections] :
          {std::tuple(640, 5, 128, 2U), {642, 5, 129, 3U}, {1, 5, 1, 1U}, {0, 5, 0, 1U}, {9, 0, 0, 1U}}) {
         SCOPED_TRACE(dataCount);
+        if (events == 0) gains.clear();
         OVCollectData data{buffer.data(), dataCount, channels, 1, 3, 7.0F, 0.37F, 0.5F};
         const SmallPool pool;
         OwnedEvents sample(Rows(1, std::vector<float>(8)));
