@@ -1,5 +1,6 @@
 // The DATA segment: the first bytes choose words, order, scales and where segments are cut, the rest is DATA.
-// Reading and writing are compared with the plain formulas of the tests under every instruction set.
+// Reading, writing and reading again are compared with the plain formulas of the tests under every
+// instruction set.
 #include "tests/support/fcs_data.h"
 #include "fuzz/input.h"
 #include "fuzz/target.h"

@@ -112,7 +112,7 @@ void AddStrategies(Folder folder) {
 /// For targets whose bytes are numbers; each first byte chooses another kind of input.
 void AddRandom(Folder folder) {
     std::mt19937 random(2);
-    for (char first = 0; first < 12; ++first) {
+    for (char first = 0; first < 16; ++first) {
         for (const std::size_t size : {40U, 300U, 1500U})
             folder.Add(first + RandomBytes(random, size));
     }

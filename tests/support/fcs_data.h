@@ -219,7 +219,7 @@ inline void ExpectPlainReading(Columns& columns, Segments& segments, Para& para)
 }
 
 /// Writes the columns to as many segments: each holds its share as the plain writer makes it, the last one
-/// the rest too, and nothing else was written.
+/// the rest too, and nothing else was written. Then reads it back: but for integers it is what was written.
 inline void ExpectPlainWriting(Columns& columns, int segmentCount, Para& para) {
     const int eventBytes = para.ByteWidth * para.ParCount;
     const int share = columns.Events.Count / segmentCount * eventBytes;
@@ -245,6 +245,11 @@ inline void ExpectPlainWriting(Columns& columns, int segmentCount, Para& para) {
         ASSERT_EQ(segments.Pointers[s]->Tag2, e);
     }
     ASSERT_TRUE(segments.IsIntact());
+    Columns again(para.ParCount, e, Columns::OnLines);
+    ExpectPlainReading(again, segments, para);
+    for (int p = 0; p < para.ParCount && para.DataType != 1; ++p)
+        for (int i = 0; i < e; ++i)
+            ASSERT_TRUE(again.At(p, i) == columns.At(p, i) || std::isnan(columns.At(p, i)));
 }
 
 }  // namespace Orvane::Testing
