@@ -115,6 +115,7 @@ std::map<std::string, Points> Shapes() {
     std::map<std::string, Points> shapes{
         {"one vertex", {{1, 1}}},
         {"two vertices", {{0, 0}, {4, 2}}},
+        {"two vertices whose edges differ", {{0, 0}, {1, 3}}},
         {"square", {{0, 0}, {1, 0}, {1, 1}, {0, 1}}},
         {"steps", {{0, 0}, {3, 0}, {3, 1}, {2, 1}, {2, 2}, {1, 2}, {1, 3}, {0, 3}}},
         {"flat", {{0, 1}, {5, 1}, {9, 1}}},
