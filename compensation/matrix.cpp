@@ -113,12 +113,12 @@ double* OVMatrix::GetData() const {
 
 double OVMatrix::GetValue(int row, int column) const {
     assert(row >= 0 && row < rows_ && column >= 0 && column < columns_);
-    return data_[row * columns_ + column];
+    return data_.get()[row * columns_ + column];
 }
 
 void OVMatrix::SetValue(int row, int column, double value) {
     assert(row >= 0 && row < rows_ && column >= 0 && column < columns_);
-    data_[row * columns_ + column] = value;
+    data_.get()[row * columns_ + column] = value;
 }
 
 void OVMatrix::Zero() {

@@ -3,6 +3,7 @@
 
 #include <cassert>
 #include <cmath>
+#include <cstddef>
 #include <numeric>
 #include <vector>
 
@@ -16,48 +17,49 @@ class Elimination {
 public:
     explicit Elimination(const OVMatrix& matrix)
         : table_(matrix),
-          usedRows_(matrix.GetRowNum()),
-          usedColumns_(matrix.GetRowNum()),
-          columnOfRow_(matrix.GetRowNum()),
-          rowOfColumn_(matrix.GetRowNum()) {
-        std::iota(columnOfRow_.begin(), columnOfRow_.end(), 0);
-        std::iota(rowOfColumn_.begin(), rowOfColumn_.end(), 0);
+          size_(static_cast<std::size_t>(matrix.GetRowNum())),
+          usedRows_(size_),
+          usedColumns_(size_),
+          columnOfRow_(size_),
+          rowOfColumn_(size_) {
+        std::iota(columnOfRow_.begin(), columnOfRow_.end(), std::size_t{0});
+        std::iota(rowOfColumn_.begin(), rowOfColumn_.end(), std::size_t{0});
     }
 
     void Step() {
         FindPivot();
-        for (int row = 0; row < Size(); ++row) {
+        for (std::size_t row = 0; row < size_; ++row) {
             if (row != row_) EliminateFrom(row);
         }
-        for (int column = 0; column < Size(); ++column) {
-            if (column != column_) table_.SetValue(row_, column, -table_.GetValue(row_, column) / pivot_);
+        for (std::size_t column = 0; column < size_; ++column) {
+            if (column != column_) At(row_, column) = -At(row_, column) / pivot_;
         }
-        table_.SetValue(row_, column_, 1.0 / pivot_);
+        At(row_, column_) = 1.0 / pivot_;
     }
 
     /// The inverse, rows and columns back in their first order. A singular matrix leaves no finite element.
-    OVMatrix Result() const {
+    OVMatrix Result() {
         OVMatrix inverse(table_);
-        for (int row = 0; row < Size(); ++row) {
-            for (int column = 0; column < Size(); ++column) {
-                inverse.SetValue(columnOfRow_[row], rowOfColumn_[column], table_.GetValue(row, column));
+        for (std::size_t row = 0; row < size_; ++row) {
+            for (std::size_t column = 0; column < size_; ++column) {
+                inverse.GetData()[columnOfRow_[row] * size_ + rowOfColumn_[column]] = At(row, column);
             }
         }
         return inverse;
     }
 
 private:
-    int Size() const { return table_.GetRowNum(); }
+    double& At(std::size_t row, std::size_t column) { return table_.GetData()[row * size_ + column]; }
 
     /// The largest element outside the used rows and columns, the first one of equals. Deliberate: when all
     /// of them are 0 the last position stays, and the pivot 0 turns the whole table into infinities and NaN.
     void FindPivot() {
         pivot_ = 0.0;
-        for (int row = 0; row < Size(); ++row) {
+        for (std::size_t row = 0; row < size_; ++row) {
             if (usedRows_[row]) continue;
-            for (int column = 0; column < Size(); ++column) {
+            for (std::size_t column = 0; column < size_; ++column) {
                 if (usedColumns_[column]) continue;
-                const double value = table_.GetValue(row, column);
+                const double value = At(row, column);
                 if (std::abs(value) > std::abs(pivot_)) {
                     pivot_ = value;
                     row_ = row;
@@ -71,23 +73,22 @@ private:
         rowOfColumn_[column_] = row_;
     }
 
-    void EliminateFrom(int row) {
-        const double factor = table_.GetValue(row, column_) / pivot_;
-        table_.SetValue(row, column_, factor);
-        for (int column = 0; column < Size(); ++column) {
-            if (column == column_) continue;
-            const double value = table_.GetValue(row, column);
-            table_.SetValue(row, column, value - table_.GetValue(row_, column) * factor);
+    void EliminateFrom(std::size_t row) {
+        const double factor = At(row, column_) / pivot_;
+        At(row, column_) = factor;
+        for (std::size_t column = 0; column < size_; ++column) {
+            if (column != column_) At(row, column) -= At(row_, column) * factor;
         }
     }
 
     OVMatrix table_;
+    std::size_t size_;
     std::vector<bool> usedRows_;
     std::vector<bool> usedColumns_;
-    std::vector<int> columnOfRow_;
-    std::vector<int> rowOfColumn_;
-    int row_ = 0;
-    int column_ = 0;
+    std::vector<std::size_t> columnOfRow_;
+    std::vector<std::size_t> rowOfColumn_;
+    std::size_t row_ = 0;
+    std::size_t column_ = 0;
     double pivot_ = 0.0;
 };
 

@@ -31,16 +31,16 @@ ORVANE_KERNEL_INLINE void ReverseWords(const unsigned char* from, unsigned char*
 template <class Word>
 void ReverseWordsSse2(const unsigned char* from, unsigned char* to, int count) {
     constexpr int HalvesReversed = sizeof(Word) == 8 ? 0x1B : 0xB1;
-    constexpr int Step = 16 / sizeof(Word);
-    const int whole = count / Step * Step;
-    for (std::ptrdiff_t i = 0; i < whole; i += Step) {
+    constexpr std::size_t Step = 16 / sizeof(Word);
+    const std::size_t whole = static_cast<std::size_t>(count) / Step * Step;
+    for (std::size_t i = 0; i < whole; i += Step) {
         __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + i * sizeof(Word)));
         v = _mm_or_si128(_mm_slli_epi16(v, 8), _mm_srli_epi16(v, 8));
         v = _mm_shufflehi_epi16(_mm_shufflelo_epi16(v, HalvesReversed), HalvesReversed);
         _mm_storeu_si128(reinterpret_cast<__m128i*>(to + i * sizeof(Word)), v);
     }
     const std::size_t done = whole * sizeof(Word);
-    ReverseWords<Word>(from + done, to + done, count - whole);
+    ReverseWords<Word>(from + done, to + done, count - static_cast<int>(whole));
 }
 
 #endif

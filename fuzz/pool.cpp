@@ -69,7 +69,8 @@ private:
 
     void Take() {
         const Storage& kind = Kinds[input_.Below(40) == 0 ? 4 : input_.Below(4)];
-        std::vector<unsigned char> filled(kind.Bytes(), static_cast<unsigned char>(input_.Below(256)));
+        std::vector<unsigned char> filled(static_cast<std::size_t>(kind.Bytes()),
+                                          static_cast<unsigned char>(input_.Below(256)));
         const bool copies = kind.TakeCopy != nullptr && input_.Below(2) == 0;
         void* start = copies ? kind.TakeCopy(filled.data()) : kind.Take();
         if (!copies) std::memcpy(start, filled.data(), filled.size());

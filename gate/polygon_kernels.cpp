@@ -133,7 +133,8 @@ void FileByEveryEdge(const OVRect& rect, std::span<const OVPloygonEigenValue> ed
                      const float* y, int count, std::uint32_t* out) {
     for (int start = 0; start < count; start += BlockEvents, out += BlockWords) {
         const int events = std::min(BlockEvents, count - start);
-        const BlockOfWords wanted = InRectangle(rect, x + start, y + start, events);
+        const BlockOfWords inRectangle = InRectangle(rect, x + start, y + start, events);
+        const std::uint32_t* wanted = inRectangle.data();
         for (int w = 0; 32 * w < events; ++w) {
             const int first = start + 32 * w;
             if (wanted[w] == 0) continue;
@@ -150,13 +151,13 @@ void FileByGrid(const OVRect& rect, const CellGrid& grid, const float* x, const 
     std::array<std::uint16_t, BlockEvents> cells{};
     for (int start = 0; start < count; start += BlockEvents, out += BlockWords) {
         const int events = std::min(BlockEvents, count - start);
-        const BlockOfWords wanted = InRectangle(rect, x + start, y + start, events);
+        const BlockOfWords inRectangle = InRectangle(rect, x + start, y + start, events);
+        const std::uint32_t* wanted = inRectangle.data();
         FindCells(grid, x + start, y + start, events, cells.data());
         for (int w = 0; 32 * w < events; ++w) {
             const int first = start + 32 * w;
             if (wanted[w] == 0) continue;
-            out[w] |=
-                ResolveCells(grid, &cells[static_cast<std::size_t>(32) * w], wanted[w], x + first, y + first);
+            out[w] |= ResolveCells(grid, cells.data() + (first - start), wanted[w], x + first, y + first);
         }
     }
 }

@@ -20,15 +20,17 @@ constexpr auto NothingShared = [](int) { return false; };
 
 auto SharedByFlags(const std::vector<bool>& reuse) {
     return [&reuse](int s) {
-        assert(static_cast<std::size_t>(s) < reuse.size());
-        return static_cast<bool>(reuse[s]);
+        const auto signal = static_cast<std::size_t>(s);
+        assert(signal < reuse.size());
+        return static_cast<bool>(reuse[signal]);
     };
 }
 
 auto SharedByMap(const std::vector<int>& map) {
     return [&map](int s) {
-        assert(static_cast<std::size_t>(s) < map.size());
-        return map[s] != -1;
+        const auto signal = static_cast<std::size_t>(s);
+        assert(signal < map.size());
+        return map[signal] != -1;
     };
 }
 
@@ -40,7 +42,7 @@ auto SharedWith(const EventSection& ref, const EventSection& section) {
 }
 
 float** NewTable(int signalCount) {
-    return new float*[signalCount]();
+    return new float*[static_cast<std::size_t>(signalCount)]();
 }
 
 /// New columns for the signals without a shared one, in signal order. What is not handed over goes back.
@@ -163,7 +165,7 @@ bool EventSection::Initial(EventSection& src, std::vector<int>& map) {
     // Deliberate: a table that exists is kept whatever its length. Hosts depend on it.
     if (Signals == nullptr) Signals = NewTable(signalCount);
     SignalCount = signalCount;
-    FillTable(*this, std::move(own), SharedByMap(map), [&](int s) { return src.Signals[map[s]]; });
+    FillTable(*this, std::move(own), SharedByMap(map), [&](int s) { return src.Signals[map.data()[s]]; });
     Capacity = MemoryManage::GetCapacity();
     return true;
 }
@@ -199,7 +201,7 @@ SignalSection* EventSection::GetSignalSection(int s) {
 bool EventSection::Clone(EventSection& src) {
     std::vector<PooledColumn> own = TakeColumns(src.SignalCount, NothingShared);
     for (int s = 0; s < src.SignalCount; ++s) {
-        std::copy_n(src.Signals[s], MemoryManage::GetCapacity(), own[s].Get());
+        std::copy_n(src.Signals[s], MemoryManage::GetCapacity(), own[static_cast<std::size_t>(s)].Get());
     }
     CheckEventValue(src.SignalCount);
     FillTable(*this, std::move(own));

@@ -226,8 +226,8 @@ ScaleChoice UsualScale(const Parameter& parameter) {
     if (parameter.IsLog()) return ScaleChoice::Asinh;
     // Between blanks, so that words are found at the ends as well.
     std::string name = " ";
-    for (const unsigned char c : parameter.name)
-        name += static_cast<char>(std::toupper(c));
+    for (const char c : parameter.name)
+        name += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
     name += " ";
     constexpr std::array<const char*, 11> Linear{"FSC",   "SSC",    " FS ",   " SS ", " FS-", " SS-",
                                                  " TIME", " EVENT", " WIDTH", "-W ",  " W "};

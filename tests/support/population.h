@@ -58,7 +58,7 @@ struct Sample : OwnedSignals {
             Sections.push_back(section);
             section->Initial();
             const int size = i < sizes.size() ? std::min(sizes[i], capacity) : capacity;
-            section->Count = static_cast<int>(std::min<std::size_t>(size, values.size() - next));
+            section->Count = std::min(size, static_cast<int>(values.size() - next));
             std::copy_n(values.begin() + static_cast<std::ptrdiff_t>(next), section->Count, section->Values);
             next += static_cast<std::size_t>(section->Count);
         }
