@@ -93,6 +93,9 @@ TEST_F(HostSurvival, RefusesInputsThatAreNoFilesOrTooLarge) {
         }
     }
     if (geteuid() == 0) GTEST_SKIP() << "root may read everything";
+    fs::permissions(old_, fs::perms::owner_read);
+    ExpectRefused({"convert", sample_, old_}, "old cannot be written: Permission denied");
+    ExpectNothingChanged();
     fs::permissions(sample_, fs::perms::none);
     EXPECT_NE(Run({"info", sample_}).err.find("Permission denied"), std::string::npos);
 }

@@ -76,6 +76,8 @@ void OutputFile::OpenAside() {
     target_ = isLink ? fs::canonical(path_, error).string() : path_;
     errno = error ? error.value() : ENOENT;
     if (fs::path(target_).filename().empty()) return;
+    // Renaming would replace a file that nobody may write to.
+    if (access(target_.c_str(), W_OK) != 0 && errno != ENOENT) return;
     assert(unfinished == nullptr);
     HandleSignals();
     written_ = NameAside(target_);
