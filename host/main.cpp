@@ -24,6 +24,8 @@
 
 namespace {
 
+namespace fs = std::filesystem;
+
 constexpr int Refused = 1;
 constexpr int WrongUsage = 2;
 
@@ -47,8 +49,9 @@ const std::map<std::string, Host::ScaleChoice> ScaleChoices{{"linear", Host::Sca
                                                             {"asinh", Host::ScaleChoice::Asinh},
                                                             {"auto", Host::ScaleChoice::Auto}};
 
-const CLI::Validator FileName(
-    [](const std::string& text) { return text.empty() ? "expected the name of a file" : ""; }, "");
+/// An empty value would count as an option that was not given, and an unset variable of a shell is one.
+const CLI::Validator NotEmpty(
+    [](const std::string& text) { return text.empty() ? "the value is empty" : ""; }, "");
 
 /// Stricter than the reading of numbers by the library for arguments, which takes large ones for the largest.
 const CLI::Validator Unsigned(
@@ -69,11 +72,20 @@ CLI::Option* AddChoice(CLI::App& command, const std::string& name, Value& value,
 
 /// Returns the option for gates.
 CLI::Option* AddAnalysis(CLI::App& command, Host::AnalysisOptions& options) {
-    command.add_option(
-        "--compensate", options.compensate,
-        "none, file (the matrix of the file, which is used where there is one unless this says otherwise) or "
-        "a CSV file: a line with the names of the channels and a line of numbers for each");
-    return command.add_option("--gates", options.gates, "Gates, as Gating-ML 2.0");
+    command
+        .add_option("--compensate", options.compensate,
+                    "none, file (the matrix of the file, which is used where there is one unless this says "
+                    "otherwise) or a CSV file: a line with the names of the channels and a line of numbers "
+                    "for each")
+        ->check(NotEmpty);
+    return command.add_option("--gates", options.gates, "Gates, as Gating-ML 2.0")->check(NotEmpty);
+}
+
+/// Also of files that are still to be made.
+bool IsSameFile(const std::string& a, const std::string& b) {
+    std::error_code error;
+    return fs::equivalent(a, b, error) ||
+           fs::absolute(a).lexically_normal() == fs::absolute(b).lexically_normal();
 }
 
 /// What is made from a file must not take its place.
@@ -82,7 +94,7 @@ void RequireOtherOutput(const std::string& output, std::vector<std::string> inpu
     inputs.insert(inputs.end(), {options.gates, options.compensate});
     for (const std::string& input : inputs) {
         std::error_code error;
-        if (std::filesystem::equivalent(output, input, error)) {
+        if (fs::equivalent(output, input, error)) {
             throw CLI::ValidationError(output, "a file to read cannot be the one to write");
         }
     }
@@ -110,13 +122,15 @@ void AddStats(CLI::App& program, Host::StatsOptions& options, int& status) {
         ->delimiter(',')
         ->allow_extra_args(false);
     AddChoice(*command, "--values", options.values, ValueKinds,
-              "scale (amplification applied) or channel (as stored)");
+              "scale (amplification and gain applied) or channel (as stored)");
     CLI::Option* gates = AddAnalysis(*command, options.analysis);
     command
         ->add_option("--population", options.analysis.population, "Report only the population of this name")
+        ->check(NotEmpty)
         ->needs(gates);
     AddChoice(*command, "--format", options.format, StatsFormats, "table, csv or json");
-    command->add_option("-o,--output", options.output, "Write to a file instead of standard output");
+    command->add_option("-o,--output", options.output, "Write to a file instead of standard output")
+        ->check(NotEmpty);
     command->add_option("--jobs", options.jobs, "Number of files at a time")->check(CLI::Range(1, 1024));
     command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
     command->callback([&] {
@@ -130,14 +144,20 @@ void AddGate(CLI::App& program, Host::GateOptions& options, int& status) {
     CLI::App* command = program.add_subcommand("gate", "Count the populations of an FCS file");
     command->add_option("file", options.file, "FCS file")->required();
     AddAnalysis(*command, options.analysis)->required();
-    command->add_option("--membership", options.membership,
-                        "Write a CSV file with one line per event: 1 in each population that it belongs to");
+    command
+        ->add_option("--membership", options.membership,
+                     "Write a CSV file with one line per event: 1 in each population that it belongs to")
+        ->check(NotEmpty);
     AddChoice(*command, "--format", options.format, StatsFormats, "table, csv or json");
-    command->add_option("-o,--output", options.output, "Write to a file instead of standard output");
+    command->add_option("-o,--output", options.output, "Write to a file instead of standard output")
+        ->check(NotEmpty);
     command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
     command->callback([&] {
         RequireOtherOutput(options.output, {options.file}, options.analysis);
         RequireOtherOutput(options.membership, {options.file}, options.analysis);
+        if (!options.output.empty() && !options.membership.empty() &&
+            IsSameFile(options.output, options.membership))
+            throw CLI::ValidationError("--membership", "the file is that of --output");
         status = Host::RunGate(options);
     });
 }
@@ -145,20 +165,23 @@ void AddGate(CLI::App& program, Host::GateOptions& options, int& status) {
 void AddConvert(CLI::App& program, Host::ConvertOptions& options, int& status) {
     CLI::App* command = program.add_subcommand("convert", "Write the events of an FCS file as FCS 3.1");
     command->add_option("input", options.input, "FCS file")->required();
-    command->add_option("output", options.output, "File to write")->required();
+    command->add_option("output", options.output, "File to write; that of the input is replaced")
+        ->required()
+        ->check(NotEmpty);
     AddChoice(*command, "--type", options.format.type, StoredTypes,
               "F (32-bit floats), D (doubles), I16 or I32 (unsigned integers)");
     AddChoice(*command, "--order", options.format.littleEndian, ByteOrders, "little or big");
     AddChoice(*command, "--values", options.values, ValueKinds,
-              "scale (amplification applied) or channel (as stored)");
+              "scale (amplification and gain applied) or channel (as stored)");
     CLI::Option* gates = AddAnalysis(*command, options.analysis);
     CLI::Option* population = command->add_option("--population", options.analysis.population,
                                                   "Write only the events of the population of this name");
-    population->needs(gates);
+    population->check(NotEmpty)->needs(gates);
     gates->needs(population);
     command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
     command->callback([&] {
         RequireScaleValues(options.values, options.analysis);
+        RequireOtherOutput(options.output, {}, options.analysis);
         status = Host::RunConvert(options);
     });
 }
@@ -167,7 +190,7 @@ void AddReport(CLI::App& program, Host::ReportOptions& options, int& status) {
     CLI::App* command = program.add_subcommand("report", "Make a web page about FCS files");
     command->add_option("files", options.files, "FCS files")->required();
     AddAnalysis(*command, options.analysis);
-    command->add_option("-o,--output", options.output, "The HTML file to write")->required()->check(FileName);
+    command->add_option("-o,--output", options.output, "The HTML file to write")->required()->check(NotEmpty);
     command->add_option("--jobs", options.jobs, "Number of files at a time")->check(CLI::Range(1, 1024));
     command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
     command->callback([&] {
@@ -193,9 +216,11 @@ void AddAcquire(CLI::App& program, Host::AcquireOptions& options) {
         ->add_option("--rate", options.rate,
                      "Events per second; 0 for as fast as possible, which is the default")
         ->check(CLI::Range(0, HighestRate));
-    command->add_option("--gates", options.gates,
-                        "Gates to count while it runs, as Gating-ML 2.0, instead of those for leukocytes");
-    command->add_option("-o,--output", options.output, "FCS file to write")->required()->check(FileName);
+    command
+        ->add_option("--gates", options.gates,
+                     "Gates to count while it runs, as Gating-ML 2.0, instead of those for leukocytes")
+        ->check(NotEmpty);
+    command->add_option("-o,--output", options.output, "FCS file to write")->required()->check(NotEmpty);
     command->callback([&] {
         RequireOtherOutput(options.output, {options.gates}, {});
         Host::RunAcquire(options);
@@ -224,11 +249,12 @@ void AddPlot(CLI::App& program, Host::PlotOptions& options, int& status) {
     CLI::App* command = program.add_subcommand("plot", "Draw the events of an FCS file");
     command->add_option("file", options.file, "FCS file")->required();
     command->add_option("--x", options.x, "Parameter ($PnN) on the horizontal axis")->required();
-    CLI::Option* y = command->add_option("--y", options.y, "Parameter on the vertical axis");
+    CLI::Option* y = command->add_option("--y", options.y, "Parameter on the vertical axis")->check(NotEmpty);
     AddChoice(*command, "--kind", options.kind, PlotKinds,
               "dot, density, contour or histogram; density with --y (dot with --overlay), else histogram");
     CLI::Option* gates = AddAnalysis(*command, options.analysis);
     command->add_option("--population", options.analysis.population, "Draw only the population of this name")
+        ->check(NotEmpty)
         ->needs(gates);
     AddAxis(*command, "x", options.xAxis);
     for (CLI::Option* option : AddAxis(*command, "y", options.yAxis))
@@ -246,7 +272,7 @@ void AddPlot(CLI::App& program, Host::PlotOptions& options, int& status) {
     command->add_option("--overlay", options.overlay, "More files over the first, separated by commas")
         ->delimiter(',')
         ->allow_extra_args(false);
-    command->add_option("-o,--output", options.output, "The PNG file to write")->required()->check(FileName);
+    command->add_option("-o,--output", options.output, "The PNG file to write")->required()->check(NotEmpty);
     command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
     command->callback([&] {
         const std::string fault = Host::CheckPlot(options);

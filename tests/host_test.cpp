@@ -191,6 +191,8 @@ plot a.fcs -o out --x Par1 --scale 5|--scale
         EXPECT_FALSE(std::filesystem::exists(Path("out")));
     }
     EXPECT_EQ(ReadFile(Path("a.fcs")), FcsBuilder::Small().Build());
+    for (const char* option : {"--gates", "--population", "--compensate", "-o"})
+        ExpectRefused({"stats", Path("a.fcs"), "--gates", "x.xml", option, ""}, "the value is empty", 2);
     for (const char* option : {"--help", "--version"})
         EXPECT_EQ(Run({option}).status, 0);
 }
