@@ -41,8 +41,11 @@ TEST_F(Host, GivesNullWhereAStatisticIsUndefined) {
              {{-1, 0, 1}, {"cv", "rcv"}},
              {{1, NaN, 3}, all},
              {{1, 2, Infinity}, {"max", "mean", "sd", "cv"}}}) {
+        const bool finite =
+            std::all_of(values.begin(), values.end(), [](float x) { return std::isfinite(x); });
         const json row = FirstRow(values);
         EXPECT_EQ(row["count"], values.size());
+        EXPECT_EQ(Run({"stats", Path("a.fcs"), "--strict"}).status, finite ? 0 : 1);
         const HostRun csv = Run({"stats", Path("a.fcs"), "--format", "csv"});
         EXPECT_FALSE(csv.Says(",nan") || csv.Says(",-nan") || csv.Says(",inf")) << csv.out;
         for (const std::string& key : all)
@@ -169,6 +172,8 @@ acquire -o out --seed -1|--seed
 acquire -o out --seed 18446744073709551616|--seed
 acquire -o out --rate -5|--rate
 plot a.fcs --x Par1|-o
+convert a.fcs a.fcs --compensate a.fcs|a file to read cannot be
+gate a.fcs --gates x.xml --membership out -o ./out|--membership
 plot a.fcs --x Par1 -o a.fcs|a file to read cannot be
 plot a.fcs -o out --y Par1|--x
 plot a.fcs -o out --x Par1 --kind dot|need --y

@@ -1,7 +1,5 @@
 #include "statistics/column_statistics.h"
 
-#include <cmath>
-
 namespace Host {
 
 Orvane::OVSignalStatistics ComputeStatistics(Column& column, Membership* members,
@@ -15,13 +13,13 @@ Orvane::OVSignalStatistics ComputeStatistics(Column& column, Membership* members
     return statistics;
 }
 
-std::uint64_t CountNaN(Column& column, Membership* members) {
+std::uint64_t CountWhere(Column& column, Membership* members, bool (*matches)(float)) {
     std::uint64_t count = 0;
     for (std::size_t i = 0; i < column.Sections().size(); ++i) {
         const Orvane::SignalSection& section = *column.Sections()[i];
         for (int e = 0; e < section.Count; ++e) {
             const bool inside = members == nullptr || members->Sections()[i]->GetFlag(e);
-            if (inside && std::isnan(section.Values[e])) ++count;
+            if (inside && matches(section.Values[e])) ++count;
         }
     }
     return count;

@@ -14,7 +14,7 @@ namespace Host {
 Orvane::OVSignalStatistics ComputeStatistics(Column& column, Membership* members,
                                              Orvane::IOVStatisticsSignalSection& operations);
 
-/// How many of these values are not numbers.
-std::uint64_t CountNaN(Column& column, Membership* members);
+/// How many of these values `matches` says true of.
+std::uint64_t CountWhere(Column& column, Membership* members, bool (*matches)(float));
 
 }  // namespace Host

@@ -92,7 +92,8 @@ std::string CsvFields(const FileSummary& file, const PopulationSummary& populati
 }
 
 void PrintHeadline(std::ostream& out, const FileSummary& file) {
-    out << Printable(file.file) << ": " << file.version << ", " << file.events << " events\n";
+    out << Printable(file.file) << ": " << file.version << ", " << file.events
+        << (file.events == 1 ? " event\n" : " events\n");
 }
 
 void PrintWarnings(std::ostream& out, const FileSummary& file) {

@@ -9,16 +9,23 @@
 namespace Host {
 namespace {
 
-/// A value that is no number has no place in an order, and no statistic says anything beside it.
+/// A value that is no number has no place in an order, and no statistic says anything beside it. An infinite
+/// one has a place, but there is no mean.
 ParameterStatistics Measure(Column& column, const std::string& name, const std::string& population,
                             Membership* members, Findings& findings) {
     Orvane::OVStatisticsSignalSection operations;
     const Orvane::OVSignalStatistics statistics = ComputeStatistics(column, members, operations);
-    if (statistics.Count == 0 || !std::isnan(statistics.Average)) return {name, statistics};
-    const std::uint64_t count = CountNaN(column, members);
-    if (count == 0) return {name, statistics};
-    findings.Warn({"DATA of " + name + " in " + population,
-                   std::to_string(count) + " values that are not numbers", "numbers"},
+    if (statistics.Count == 0 || std::isfinite(statistics.Average)) return {name, statistics};
+    const std::string place = "DATA of " + name + " in " + population;
+    const std::uint64_t count = CountWhere(column, members, [](float x) { return std::isnan(x); });
+    if (count == 0) {
+        const std::uint64_t infinite = CountWhere(column, members, [](float x) { return std::isinf(x); });
+        findings.Warn(
+            {place, std::to_string(infinite) + " infinite values", "numbers that 32-bit floats hold"},
+            "statistics without a finite value are left out");
+        return {name, statistics};
+    }
+    findings.Warn({place, std::to_string(count) + " values that are not numbers", "numbers"},
                   "its statistics are left out");
     return {name, static_cast<std::uint64_t>(statistics.Count)};
 }
