@@ -19,6 +19,7 @@ for option in "$@"; do
         --windows) packages+=(g++-mingw-w64-x86-64-posix wine wine64 googletest) ;;
         --docs) packages+=(doxygen) ;;
         --packages) packages+=(dpkg-dev file groff-base) ;;
+        *) echo "setup.sh: there is no option $option" >&2; exit 2 ;;
     esac
 done
 
