@@ -70,6 +70,14 @@ TEST_F(HostConvert, IntegersAreClippedToTheirTypeAndCounted) {
     EXPECT_EQ(ReadFile(Convert(path, {"--type", "I16", "--strict"}, 1)), "old");
 }
 
+TEST_F(HostConvert, DoublesBeyondFloatsAreCounted) {
+    FcsBuilder builder('D', "8,7,6,5,4,3,2,1", {"64"}, 2);
+    builder.data = EncodeDouble(1e300, "87654321") + EncodeDouble(2, "87654321");
+    Convert(Write(builder), {"--type", "D"});
+    ExpectSaid("DATA of Par1 is \"1 infinite values\", expected numbers that 32-bit floats hold");
+    Convert(Path("a.fcs"), {"--strict"}, 1);
+}
+
 /// Channels keep the keywords that make scale values of them; scale values need none.
 TEST_F(HostConvert, AmplificationIsAppliedOrKept) {
     FcsBuilder builder('I', "1,2,3,4", {"16", "16"}, 3);
