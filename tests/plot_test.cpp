@@ -19,10 +19,7 @@ namespace {
 constexpr int Smallest = std::numeric_limits<int>::min();
 constexpr int Largest = std::numeric_limits<int>::max();
 
-class Plots : public ::testing::TestWithParam<InstructionSet> {
-    SmallPool pool_;
-    ScopedInstructionSet set_{GetParam()};
-};
+using Plots = OnEverySet<>;
 INSTANTIATE_TEST_SUITE_P(, Plots, ::testing::ValuesIn(AvailableInstructionSets()),
                          ::testing::PrintToStringParamName());
 
