@@ -72,13 +72,11 @@ CLI::Option* AddChoice(CLI::App& command, const std::string& name, Value& value,
 
 /// Returns the option for gates.
 CLI::Option* AddAnalysis(CLI::App& command, Host::AnalysisOptions& options) {
-    command
-        .add_option("--compensate", options.compensate,
-                    "none, file (the matrix of the file, which is used where there is one unless this says "
-                    "otherwise) or a CSV file: a line with the names of the channels and a line of numbers "
-                    "for each")
-        ->check(NotEmpty);
-    return command.add_option("--gates", options.gates, "Gates, as Gating-ML 2.0")->check(NotEmpty);
+    command.add_option(
+        "--compensate", options.compensate,
+        "none, file (the matrix of the file, which is used where there is one unless this says otherwise) or "
+        "a CSV file: a line with the names of the channels and a line of numbers for each");
+    return command.add_option("--gates", options.gates, "Gates, as Gating-ML 2.0");
 }
 
 /// Also of files that are still to be made.
@@ -126,11 +124,9 @@ void AddStats(CLI::App& program, Host::StatsOptions& options, int& status) {
     CLI::Option* gates = AddAnalysis(*command, options.analysis);
     command
         ->add_option("--population", options.analysis.population, "Report only the population of this name")
-        ->check(NotEmpty)
         ->needs(gates);
     AddChoice(*command, "--format", options.format, StatsFormats, "table, csv or json");
-    command->add_option("-o,--output", options.output, "Write to a file instead of standard output")
-        ->check(NotEmpty);
+    command->add_option("-o,--output", options.output, "Write to a file instead of standard output");
     command->add_option("--jobs", options.jobs, "Number of files at a time")->check(CLI::Range(1, 1024));
     command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
     command->callback([&] {
@@ -144,13 +140,10 @@ void AddGate(CLI::App& program, Host::GateOptions& options, int& status) {
     CLI::App* command = program.add_subcommand("gate", "Count the populations of an FCS file");
     command->add_option("file", options.file, "FCS file")->required();
     AddAnalysis(*command, options.analysis)->required();
-    command
-        ->add_option("--membership", options.membership,
-                     "Write a CSV file with one line per event: 1 in each population that it belongs to")
-        ->check(NotEmpty);
+    command->add_option("--membership", options.membership,
+                        "Write a CSV file with one line per event: 1 in each population that it belongs to");
     AddChoice(*command, "--format", options.format, StatsFormats, "table, csv or json");
-    command->add_option("-o,--output", options.output, "Write to a file instead of standard output")
-        ->check(NotEmpty);
+    command->add_option("-o,--output", options.output, "Write to a file instead of standard output");
     command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
     command->callback([&] {
         RequireOtherOutput(options.output, {options.file}, options.analysis);
@@ -176,7 +169,7 @@ void AddConvert(CLI::App& program, Host::ConvertOptions& options, int& status) {
     CLI::Option* gates = AddAnalysis(*command, options.analysis);
     CLI::Option* population = command->add_option("--population", options.analysis.population,
                                                   "Write only the events of the population of this name");
-    population->check(NotEmpty)->needs(gates);
+    population->needs(gates);
     gates->needs(population);
     command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
     command->callback([&] {
@@ -190,7 +183,7 @@ void AddReport(CLI::App& program, Host::ReportOptions& options, int& status) {
     CLI::App* command = program.add_subcommand("report", "Make a web page about FCS files");
     command->add_option("files", options.files, "FCS files")->required();
     AddAnalysis(*command, options.analysis);
-    command->add_option("-o,--output", options.output, "The HTML file to write")->required()->check(NotEmpty);
+    command->add_option("-o,--output", options.output, "The HTML file to write")->required();
     command->add_option("--jobs", options.jobs, "Number of files at a time")->check(CLI::Range(1, 1024));
     command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
     command->callback([&] {
@@ -216,11 +209,9 @@ void AddAcquire(CLI::App& program, Host::AcquireOptions& options) {
         ->add_option("--rate", options.rate,
                      "Events per second; 0 for as fast as possible, which is the default")
         ->check(CLI::Range(0, HighestRate));
-    command
-        ->add_option("--gates", options.gates,
-                     "Gates to count while it runs, as Gating-ML 2.0, instead of those for leukocytes")
-        ->check(NotEmpty);
-    command->add_option("-o,--output", options.output, "FCS file to write")->required()->check(NotEmpty);
+    command->add_option("--gates", options.gates,
+                        "Gates to count while it runs, as Gating-ML 2.0, instead of those for leukocytes");
+    command->add_option("-o,--output", options.output, "FCS file to write")->required();
     command->callback([&] {
         RequireOtherOutput(options.output, {options.gates}, {});
         Host::RunAcquire(options);
@@ -249,12 +240,11 @@ void AddPlot(CLI::App& program, Host::PlotOptions& options, int& status) {
     CLI::App* command = program.add_subcommand("plot", "Draw the events of an FCS file");
     command->add_option("file", options.file, "FCS file")->required();
     command->add_option("--x", options.x, "Parameter ($PnN) on the horizontal axis")->required();
-    CLI::Option* y = command->add_option("--y", options.y, "Parameter on the vertical axis")->check(NotEmpty);
+    CLI::Option* y = command->add_option("--y", options.y, "Parameter on the vertical axis");
     AddChoice(*command, "--kind", options.kind, PlotKinds,
               "dot, density, contour or histogram; density with --y (dot with --overlay), else histogram");
     CLI::Option* gates = AddAnalysis(*command, options.analysis);
     command->add_option("--population", options.analysis.population, "Draw only the population of this name")
-        ->check(NotEmpty)
         ->needs(gates);
     AddAxis(*command, "x", options.xAxis);
     for (CLI::Option* option : AddAxis(*command, "y", options.yAxis))
@@ -272,7 +262,7 @@ void AddPlot(CLI::App& program, Host::PlotOptions& options, int& status) {
     command->add_option("--overlay", options.overlay, "More files over the first, separated by commas")
         ->delimiter(',')
         ->allow_extra_args(false);
-    command->add_option("-o,--output", options.output, "The PNG file to write")->required()->check(NotEmpty);
+    command->add_option("-o,--output", options.output, "The PNG file to write")->required();
     command->add_flag("--strict", options.strict, "Refuse a file for what would be a warning");
     command->callback([&] {
         const std::string fault = Host::CheckPlot(options);
@@ -281,6 +271,15 @@ void AddPlot(CLI::App& program, Host::PlotOptions& options, int& status) {
         RequireOtherOutput(options.output, {options.file}, options.analysis);
         status = Host::RunPlot(options);
     });
+}
+
+/// In every option, so that none can be forgotten.
+void RefuseEmptyValues(CLI::App& program) {
+    for (CLI::App* command : program.get_subcommands([](CLI::App*) { return true; })) {
+        for (CLI::Option* option : command->get_options()) {
+            if (option->nonpositional() && option->get_type_size() > 0) option->check(NotEmpty);
+        }
+    }
 }
 
 int Run(int argc, char** argv) {
@@ -303,6 +302,7 @@ int Run(int argc, char** argv) {
     AddPlot(program, plot, status);
     AddReport(program, report, status);
     AddAcquire(program, acquire);
+    RefuseEmptyValues(program);
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
